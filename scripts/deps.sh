@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Installs what a build needs beyond a bare Debian machine: a compiler, CMake, Ninja, GoogleTest.
+# Does nothing when everything is already there.
+set -euo pipefail
+
+missing=()
+command -v g++ >/dev/null || missing+=(g++)
+command -v cmake >/dev/null || missing+=(cmake)
+command -v ninja >/dev/null || missing+=(ninja-build)
+[ -f /usr/include/gtest/gtest.h ] || missing+=(libgtest-dev)
+if [ "${VELOR_BENCH:-0}" = 1 ] && [ ! -f /usr/include/benchmark/benchmark.h ]; then
+  missing+=(libbenchmark-dev)
+fi
+
+if [ ${#missing[@]} -gt 0 ]; then
+  sudo=""
+  [ "$(id -u)" = 0 ] || sudo=sudo
+  $sudo apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq "${missing[@]}"
+fi
