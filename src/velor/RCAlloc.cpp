@@ -1,0 +1,12 @@
+#include "RCAlloc.h"
+
+#include <cstdlib>
+
+void* RCAlloc(std::size_t size) {
+    // Asking for 0 bytes may give null, which callers would take for exhaustion.
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+void RCFree(void* block) {
+    std::free(block);
+}
