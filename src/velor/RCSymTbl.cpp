@@ -1,0 +1,33 @@
+#include "RCSymTbl.h"
+
+RCSymbolTable::~RCSymbolTable() {
+    fStatics.ReleaseScope();
+    fInitialStatics.ReleaseScope();
+}
+
+void RCSymbolTable::AddDefinition(UniqueStruct* name, RCDefinition* definition) {
+    fDefinitions.Append(name, definition);
+}
+
+RCDefinition* RCSymbolTable::LookupDefinition(UniqueStruct* name) const {
+    RCDefinitionListItem* item = fDefinitions.Lookup(name);
+    return item ? item->fValue : nullptr;
+}
+
+void RCSymbolTable::AddStatic(UniqueStruct* name, RCNumber const& value) {
+    fInitialStatics.Insert(new RCValueCell(name, value));
+    fStatics.Insert(new RCValueCell(name, value));
+}
+
+RCValueCell* RCSymbolTable::LookupStatic(UniqueStruct* name) const {
+    return fStatics.Lookup(name);
+}
+
+void RCSymbolTable::ResetStatic() {
+    RCScopeListIterator<RCValueCell> initialCells(*fInitialStatics.GetScope());
+    while (RCScopeListItem<RCValueCell>* initial = initialCells.Next()) {
+        RCValueCell* aValueCell = LookupStatic(initial->Name());
+        VELOR_ASSERT(aValueCell != 0);
+        aValueCell->SetValue(initial->fValue->Value());
+    }
+}
