@@ -1,0 +1,28 @@
+#pragma once
+
+// A string value of the resource language: bytes, their count and the token number that says
+// how they were written. It is a plain value that owns nothing by itself: whoever holds the last
+// copy calls Destroy. Storage always keeps two zero bytes of room behind the text once the
+// scanner has filled it, so narrow and wide strings alike can be read as terminated.
+struct RCByteString {
+    // The string type of a value that has no text yet; the first literal merged into it decides
+    // between narrow and wide.
+    static constexpr int kEmptyType = 1;
+
+    void* fData = nullptr;
+    long fLength = 0;
+    int fStringType = kEmptyType;
+
+    // Grows the storage so that `size` more bytes fit behind the current length. Reports
+    // "Out of memory." and returns false if the storage cannot grow; the string is unchanged then.
+    bool Expand(long size);
+
+    // A copy with storage of its own, terminated like the original. A failed allocation is
+    // reported and gives an empty copy.
+    RCByteString Clone() const;
+
+    // Gives the storage back and leaves an empty string of the same type.
+    void Destroy();
+
+    char* Bytes() const { return static_cast<char*>(fData); }
+};
