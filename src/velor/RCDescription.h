@@ -1,0 +1,23 @@
+#pragma once
+
+#include "RCNumber.h"
+
+class DataArea;
+
+// Writers of the text that describes a type or a compiled instance: an S-expression for a
+// reader, indented for people. The reader skips all white space, so the blanks written here carry
+// no meaning of their own.
+
+void writeChar(DataArea* area, char c);
+// Writes nothing for a count below 1.
+void writeBlanks(DataArea* area, int count);
+void writeText(DataArea* area, char const* text);
+void newLine(DataArea* area);
+void newLineIndent(DataArea* area, int indent);
+// An integer as its 64-bit unsigned value, so -1 prints as 18446744073709551615; a float with %g.
+void writeNumber(DataArea* area, RCNumber const& number);
+void writeNumber(DataArea* area, long number);
+// The quoted form of a string: tab, line feed and backslash escaped, other unprintable bytes as a
+// backslash and three octal digits. Quotes and parentheses stay as they are.
+void writeString(DataArea* area, char const* text);
+void writeString(DataArea* area, char const* bytes, unsigned long length);

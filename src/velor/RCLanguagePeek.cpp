@@ -1,0 +1,52 @@
+#include "RCLanguagePeek.h"
+
+#include <cstring>
+#include <iterator>
+
+namespace {
+
+constexpr char kTagPrefix[] = "k_";
+constexpr char kUtf8EncodedWord[] = "kResourceUTF8Encoded";
+constexpr int kFirstUtf8Language = 5;
+constexpr int kOtherUtf8Language = 6;
+
+// Languages by their tags, numbered from 1 in this order.
+constexpr char const* kLanguageTags[] = {"k_jaJP", "k_zhCN", "k_zhTW", "k_koKR"};
+constexpr std::size_t kTagLength = 6;
+
+bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
+char const* SkipToLetter(char const* p, char const* end) {
+    while (p < end && !IsLetter(*p)) ++p;
+    return p;
+}
+
+char const* SkipToLineEnd(char const* p, char const* end) {
+    while (p < end && *p != '\r' && *p != '\n') ++p;
+    return p;
+}
+
+bool StartsWith(char const* p, char const* end, char const* text, std::size_t length) {
+    return static_cast<std::size_t>(end - p) >= length && std::memcmp(p, text, length) == 0;
+}
+
+int LanguageOfTag(char const* p, char const* end) {
+    for (int index = 0; index < static_cast<int>(std::size(kLanguageTags)); ++index)
+        if (StartsWith(p, end, kLanguageTags[index], kTagLength)) return index + 1;
+    return 0;
+}
+
+}  // namespace
+
+RCLanguagePeek PeekLanguage(char const* begin, char const* end) {
+    char const* word = SkipToLetter(begin, end);
+    RCLanguagePeek peek{LanguageOfTag(word, end), false};
+    if (!StartsWith(word, end, kTagPrefix, std::strlen(kTagPrefix))) return peek;
+
+    char const* nextLine = SkipToLetter(SkipToLineEnd(word, end), end);
+    if (StartsWith(nextLine, end, kUtf8EncodedWord, std::strlen(kUtf8EncodedWord)))
+        peek.language = peek.language != 0 ? kFirstUtf8Language : kOtherUtf8Language;
+    else
+        peek.encodingWordMissing = true;
+    return peek;
+}
