@@ -1,0 +1,512 @@
+#include "PPScan.h"
+
+#include <cctype>
+
+#include "Assertion.h"
+
+int gCurrentLanguage = 0;
+
+namespace {
+
+constexpr int kLF = 10;
+constexpr int kCR = 13;
+constexpr int kBackslash = '\\';
+constexpr int kMacRomanNoBreakSpace = 202;
+constexpr int kBadNumberError = 6;
+
+bool isDecimalDigit(int c) { return c >= '0' && c <= '9'; }
+bool isBinaryDigit(int c) { return c == '0' || c == '1'; }
+bool isHexDigit(int c) { return isDecimalDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
+bool isIdentOrDigit(int c) { return isident(c) || isDecimalDigit(c); }
+bool isExponentMark(int c) { return c == 'e' || c == 'E'; }
+bool isDoubleByteLanguage() { return gCurrentLanguage >= 1 && gCurrentLanguage <= 4; }
+
+// One operator character, in its plain form or followed by '='.
+int w1(int c, bool assign) {
+    switch (c) {
+    case 0: return kPPScan_EOF;
+    case '!': return assign ? kPPScan_NotEq : kPPScan_Not;
+    case '%': return assign ? kPPScan_PercentAssign : kPPScan_Percent;
+    case '&': return assign ? kPPScan_AndAssign : kPPScan_And;
+    case '*': return assign ? kPPScan_StarAssign : kPPScan_Star;
+    case '+': return assign ? kPPScan_PlusAssign : kPPScan_Plus;
+    case '-': return assign ? kPPScan_MinusAssign : kPPScan_Minus;
+    case '.': return kPPScan_Dot;
+    case '/': return assign ? kPPScan_SlashAssign : kPPScan_Slash;
+    case ':': return kPPScan_Colon;
+    case '<': return assign ? kPPScan_LessEq : kPPScan_Less;
+    case '=': return assign ? kPPScan_EqEq : kPPScan_Assign;
+    case '>': return assign ? kPPScan_GreaterEq : kPPScan_Greater;
+    case '?': return kPPScan_Question;
+    case '^': return assign ? kPPScan_XorAssign : kPPScan_Xor;
+    case '|': return assign ? kPPScan_OrAssign : kPPScan_Or;
+    case '~': return kPPScan_Tilde;
+    default: return kPPScan_Other;
+    }
+}
+
+// A doubled operator character.
+int w2(int c) {
+    switch (c) {
+    case '&': return kPPScan_AndAnd;
+    case '+': return kPPScan_PlusPlus;
+    case '-': return kPPScan_MinusMinus;
+    case ':': return kPPScan_ColonColon;
+    case '<': return kPPScan_ShiftLeft;
+    case '=': return kPPScan_EqEq;
+    case '>': return kPPScan_ShiftRight;
+    case '|': return kPPScan_OrOr;
+    default: return kPPScan_None;
+    }
+}
+
+// The token of a literal; the L prefix wins over double-byte reading. `opener` is the quote,
+// or '$' for a hexadecimal string.
+int literalToken(int opener, bool wide, bool doubleByte) {
+    int const base = opener == '\'' ? kPPScan_Char : opener == '$' ? kPPScan_HexString : kPPScan_String;
+    int const wideToken = opener == '\'' ? kPPScan_WideChar : opener == '$' ? kPPScan_WideHexString : kPPScan_WideString;
+    int const doubleByteToken = opener == '\'' ? kPPScan_DBChar : opener == '$' ? kPPScan_DBHexString : kPPScan_DBString;
+    return wide ? wideToken : doubleByte ? doubleByteToken : base;
+}
+
+int badNumber(int* error) {
+    *error = kBadNumberError;
+    return kPPScan_None;
+}
+
+} // namespace
+
+bool isEOL(int c) { return c == kLF || c == kCR; }
+
+bool iswhite(int c) {
+    if (c == kMacRomanNoBreakSpace)
+        return true;
+    return c >= 0 && c < 128 && !isEOL(c) && std::isspace(c);
+}
+
+bool isident(int c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '$'; }
+
+bool isodigit(int c) { return c >= '0' && c <= '7'; }
+
+bool IsLeadingByte(int byte, int token) {
+    if (token != kPPScan_DBString && token != kPPScan_DBHexString && token != kPPScan_DBChar)
+        return false;
+    switch (gCurrentLanguage) {
+    case 2: return byte >= 0xA1 && byte <= 0xFC;
+    case 3:
+    case 4: return byte >= 0xA1 && byte <= 0xFE;
+    default: return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC);
+    }
+}
+
+PP_CScanner::PP_CScanner(PP_CTextReader* input)
+    : fInput(input), fTokenStart(input != nullptr ? input->GetReadPtr() : nullptr) {}
+
+PP_CScanner::~PP_CScanner() { delete[] fCookBuffer; }
+
+int PP_CScanner::RawGetChar() {
+    if (fInput->IsEOF())
+        return -1;
+    ++fCharPos;
+    return fInput->GetChar();
+}
+
+void PP_CScanner::RawUnGetChar() {
+    fInput->UnGetChar();
+    --fCharPos;
+    VELOR_ASSERT(!isEOL(RawPeekChar()));
+}
+
+// Consumes one byte. CR, LF and CR LF each count as one line end.
+void PP_CScanner::PrivSkipChar() {
+    int c = RawGetChar();
+    if (c == kCR && RawPeekChar() == kLF)
+        RawGetChar();
+    if (isEOL(c))
+        IncrLineno();
+}
+
+// The cursor is on a backslash: folds away backslash-newline pairs and answers the character
+// behind them, or the backslash itself when no line end follows it.
+int PP_CScanner::PrivPeekChar() {
+    for (;;) {
+        PrivSkipChar();
+        if (!isEOL(RawPeekChar())) {
+            RawUnGetChar();
+            return kBackslash;
+        }
+        fHasContinuation = true;
+        PrivSkipChar();
+        int c = RawPeekChar();
+        if (c != kBackslash)
+            return c;
+    }
+}
+
+int PP_CScanner::CookedPeekChar() {
+    int c = RawPeekChar();
+    return c == kBackslash ? PrivPeekChar() : c;
+}
+
+int PP_CScanner::PrivSkipAndPeek() {
+    PrivSkipChar();
+    return CookedPeekChar();
+}
+
+// Unlike PrivSkipChar this counts a line only for CR: a lone LF taken here is not counted.
+// Callers depend on that asymmetry, so it stays.
+int PP_CScanner::CookedGetChar() {
+    int c = RawGetChar();
+    if (c == kCR) {
+        if (RawPeekChar() == kLF)
+            RawGetChar();
+        IncrLineno();
+    } else if (c == kBackslash) {
+        RawUnGetChar();
+        c = PrivPeekChar();
+        PrivSkipChar();
+    }
+    return c;
+}
+
+void PP_CScanner::SkipWhile(bool (*inClass)(int)) {
+    while (inClass(CookedPeekChar()))
+        PrivSkipChar();
+}
+
+bool PP_CScanner::SkipBlanksToEOL() {
+    if (!iswhite(CookedPeekChar()))
+        return false;
+    SkipWhile(iswhite);
+    return true;
+}
+
+bool PP_CScanner::SkipComment() {
+    if (CookedPeekChar() != '/')
+        return false;
+    PrivSkipChar();
+    int next = CookedPeekChar();
+    if (next == '*' || (next == '/' && !fNoLineComments)) {
+        PrivSkipComment(next);
+        return true;
+    }
+    RawUnGetChar();
+    return false;
+}
+
+int PP_CScanner::GetNextToken(int* error) {
+    fTokenStart = fInput->GetReadPtr();
+    fHasContinuation = false;
+    *error = 0;
+    if (SkipBlanksToEOL())
+        return kPPScan_White;
+    int c = CookedPeekChar();
+    if (c == -1)
+        return kPPScan_EOF;
+    if (isEOL(c)) {
+        SkipWhile(isEOL);
+        return kPPScan_EOL;
+    }
+    return PrivNextToken(c, error);
+}
+
+int PP_CScanner::PrivNextToken(int c, int* error) {
+    if (isident(c))
+        return PrivPrefixedToken(c, error);
+    if (c == '"' || c == '\'')
+        return PrivLiteral(c, literalToken(c, false, isDoubleByteLanguage()), error);
+    if (isDecimalDigit(c))
+        return PrivNumber(c, error);
+    return PrivPunctuation(c, error);
+}
+
+// Identifiers, `$` hexadecimal numbers and the literals with an L, J or $ prefix.
+int PP_CScanner::PrivPrefixedToken(int c, int* error) {
+    bool const doubleByte = isDoubleByteLanguage();
+    int next = PrivSkipAndPeek();
+    switch (c) {
+    case '$':
+        if (next == '"')
+            return PrivLiteral('"', literalToken('$', false, doubleByte), error);
+        if (next == 'J' || next == 'j' || next == 'L' || next == 'l') {
+            bool const japanese = next == 'J' || next == 'j';
+            if (PrivSkipAndPeek() == '"')
+                return PrivLiteral('"', literalToken('$', !japanese, japanese || doubleByte), error);
+            return PrivIdentifier();
+        }
+        if (isHexDigit(next)) {
+            SkipWhile(isHexDigit);
+            return kPPScan_DollarHex;
+        }
+        return PrivIdentifier();
+    case 'L':
+    case 'l':
+    case 'J':
+    case 'j': {
+        bool const japanese = c == 'J' || c == 'j';
+        if (next == '"' || next == '\'')
+            return PrivLiteral(next, literalToken(next, !japanese, japanese || doubleByte), error);
+        if (next == '$' && PrivSkipAndPeek() == '"')
+            return PrivLiteral('"', literalToken('$', !japanese, japanese || doubleByte), error);
+        return PrivIdentifier();
+    }
+    default: return PrivIdentifier();
+    }
+}
+
+int PP_CScanner::PrivIdentifier() {
+    SkipWhile(isIdentOrDigit);
+    return kPPScan_Ident;
+}
+
+// The cursor is on the opening quote. A lead byte of a double-byte literal takes its trail
+// byte with it unseen, so that a trail byte equal to a quote or backslash ends nothing.
+int PP_CScanner::PrivLiteral(int quote, int token, int* error) {
+    for (;;) {
+        int c = PrivSkipAndPeek();
+        if (IsLeadingByte(c & 255, token)) {
+            PrivSkipChar();
+            continue;
+        }
+        if (c == -1) {
+            *error = 2;
+            return token;
+        }
+        if (c == kBackslash) {
+            PrivSkipChar();
+            if (isEOL(RawPeekChar()))
+                fHasContinuation = true;
+            continue;
+        }
+        if (isEOL(c)) {
+            *error = 1;
+            return token;
+        }
+        if (c == quote) {
+            PrivSkipChar();
+            return token;
+        }
+    }
+}
+
+int PP_CScanner::PrivNumber(int c, int* error) {
+    if (c != '0') {
+        SkipWhile(isDecimalDigit);
+        int next = CookedPeekChar();
+        if (next == '.')
+            return PrivFraction(error);
+        if (isExponentMark(next))
+            return PrivExponent(error);
+        return PrivFixedSuffix(kPPScan_Decimal, error);
+    }
+    int next = PrivSkipAndPeek();
+    if (next == 'x' || next == 'X')
+        return PrivRadixNumber(isHexDigit, kPPScan_Hex, error);
+    if (next == 'b' || next == 'B')
+        return PrivRadixNumber(isBinaryDigit, kPPScan_Binary, error);
+    if (isodigit(next)) {
+        SkipWhile(isodigit);
+        next = CookedPeekChar();
+        if (next != '.' && !isExponentMark(next))
+            return PrivFixedSuffix(kPPScan_Octal, error);
+    }
+    if (next == '.')
+        return PrivFraction(error);
+    if (isExponentMark(next))
+        return PrivExponent(error);
+    return PrivFixedSuffix(kPPScan_Zero, error);
+}
+
+// The cursor is on the x or b of the prefix.
+int PP_CScanner::PrivRadixNumber(bool (*isDigit)(int), int token, int* error) {
+    if (!isDigit(PrivSkipAndPeek())) {
+        *error = 4;
+        return kPPScan_None;
+    }
+    SkipWhile(isDigit);
+    return PrivFixedSuffix(token, error);
+}
+
+// At most one U and one L, in either order, and nothing of a name or number directly behind.
+int PP_CScanner::PrivFixedSuffix(int token, int* error) {
+    bool sawUnsigned = false;
+    bool sawLong = false;
+    for (;;) {
+        int c = CookedPeekChar();
+        bool& seen = (c == 'u' || c == 'U') ? sawUnsigned : sawLong;
+        if (c != 'u' && c != 'U' && c != 'l' && c != 'L')
+            return isIdentOrDigit(c) ? badNumber(error) : token;
+        if (seen)
+            return badNumber(error);
+        seen = true;
+        PrivSkipChar();
+    }
+}
+
+// The cursor is on the decimal point, or on the first digit behind a point already taken.
+int PP_CScanner::PrivFraction(int* error) {
+    PrivSkipChar();
+    SkipWhile(isDecimalDigit);
+    if (isExponentMark(CookedPeekChar()))
+        return PrivExponent(error);
+    return PrivFloatSuffix(error);
+}
+
+// The cursor is on the e or E.
+int PP_CScanner::PrivExponent(int* error) {
+    int c = PrivSkipAndPeek();
+    if (c == '+' || c == '-')
+        c = PrivSkipAndPeek();
+    if (!isDecimalDigit(c))
+        return badNumber(error);
+    SkipWhile(isDecimalDigit);
+    return PrivFloatSuffix(error);
+}
+
+int PP_CScanner::PrivFloatSuffix(int* error) {
+    int token = kPPScan_Double;
+    int c = CookedPeekChar();
+    if (c == 'f' || c == 'F')
+        token = kPPScan_Float;
+    else if (c == 'l' || c == 'L')
+        token = kPPScan_LongDouble;
+    if (token != kPPScan_Double)
+        c = PrivSkipAndPeek();
+    return isIdentOrDigit(c) ? badNumber(error) : token;
+}
+
+int PP_CScanner::PrivPunctuation(int c, int* error) {
+    int next = PrivSkipAndPeek();
+    auto take = [this](int token) {
+        PrivSkipChar();
+        return token;
+    };
+    switch (c) {
+    case '!':
+    case '%':
+    case '*':
+    case '^': return next == '=' ? take(w1(c, true)) : w1(c, false);
+    case '#': return next == '#' ? take(kPPScan_PoundPound) : kPPScan_Pound;
+    case '&':
+    case '+':
+    case '=':
+    case '|':
+        if (next == '=')
+            return take(w1(c, true));
+        return next == c ? take(w2(c)) : w1(c, false);
+    case '-':
+        if (next == '=')
+            return take(kPPScan_MinusAssign);
+        if (next == '-')
+            return take(kPPScan_MinusMinus);
+        if (next != '>')
+            return kPPScan_Minus;
+        return PrivSkipAndPeek() == '*' ? take(kPPScan_ArrowStar) : kPPScan_Arrow;
+    case '.':
+        // `.*` leaves the star unread, so that it comes again as a token of its own.
+        if (next == '*')
+            return kPPScan_DotStar;
+        if (isDecimalDigit(next))
+            return PrivFraction(error);
+        if (next != '.')
+            return kPPScan_Dot;
+        if (PrivSkipAndPeek() == '.')
+            return take(kPPScan_Ellipsis);
+        *error = 7;
+        return kPPScan_None;
+    case '/':
+        if (next == '*' || (next == '/' && !fNoLineComments)) {
+            PrivSkipComment(next);
+            return kPPScan_Comment;
+        }
+        return next == '=' ? take(kPPScan_SlashAssign) : kPPScan_Slash;
+    case ':':
+        if (next != ':')
+            return kPPScan_Colon;
+        return PrivSkipAndPeek() == '*' ? take(kPPScan_DotStar) : kPPScan_ColonColon;
+    case '<':
+    case '>':
+        if (next == '=')
+            return take(w1(c, true));
+        if (next != c)
+            return w1(c, false);
+        if (PrivSkipAndPeek() == '=')
+            return take(c == '<' ? kPPScan_ShiftLeftAssign : kPPScan_ShiftRightAssign);
+        return w2(c);
+    case '(': return kPPScan_LParen;
+    case ')': return kPPScan_RParen;
+    case ',': return kPPScan_Comma;
+    case ';': return kPPScan_Semicolon;
+    case '?': return kPPScan_Question;
+    case '[': return kPPScan_LBrace;
+    case '\\': return kPPScan_Backslash;
+    case ']': return kPPScan_RBrace;
+    case '{': return kPPScan_LCurly;
+    case '}': return kPPScan_RCurly;
+    default: return w1(c, false);
+    }
+}
+
+// The cursor is on the second character of the opener. A block comment ends at its closer or
+// at the end of input; a line comment is read raw, so a backslash at its end continues nothing
+// and the line end stays in the input.
+void PP_CScanner::PrivSkipComment(int opener) {
+    PrivSkipChar();
+    if (opener == '/') {
+        for (int c = RawPeekChar(); c > 0 && !isEOL(c); c = RawPeekChar())
+            RawGetChar();
+        return;
+    }
+    for (int c = RawPeekChar(); c > 0; c = RawPeekChar()) {
+        if (c != '*') {
+            PrivSkipChar();
+            continue;
+        }
+        while (RawPeekChar() == '*')
+            PrivSkipChar();
+        if (RawPeekChar() == '/') {
+            SkipChar();
+            return;
+        }
+    }
+}
+
+PP_CTextReader PP_CScanner::GetTokenText() {
+    unsigned long size = static_cast<unsigned long>(fInput->GetReadPtr() - fTokenStart);
+    if (!fHasContinuation)
+        return PP_CTextReader(fTokenStart, size);
+    return CookTokenText(size);
+}
+
+// Copies the token without its backslash-newline pairs into the cook buffer, which only grows.
+PP_CTextReader PP_CScanner::CookTokenText(unsigned long size) {
+    if (fCookBufferSize < size) {
+        delete[] fCookBuffer;
+        fCookBuffer = new char[size];
+        fCookBufferSize = size;
+    }
+    char const* source = fTokenStart;
+    char const* end = fTokenStart + size;
+    char* out = fCookBuffer;
+    while (source < end) {
+        if (*source == kBackslash && source + 1 < end && isEOL(source[1])) {
+            source += source[1] == kCR && source + 2 < end && source[2] == kLF ? 3 : 2;
+            continue;
+        }
+        *out++ = *source++;
+    }
+    return PP_CTextReader(fCookBuffer, static_cast<unsigned long>(out - fCookBuffer));
+}
+
+bool PP_CScanner::ReadUTF8Signature(int* error) {
+    fTokenStart = fInput->GetReadPtr();
+    *error = 0;
+    if (fInput->Readable() < 3 || CookedPeekChar() != 0xEF)
+        return false;
+    if (PrivSkipAndPeek() == 0xBB && PrivSkipAndPeek() == 0xBF) {
+        PrivSkipChar();
+        return true;
+    }
+    *error = 39;
+    return false;
+}

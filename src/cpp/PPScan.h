@@ -1,0 +1,167 @@
+#ifndef PPSCAN_H
+#define PPSCAN_H
+
+#include "PPText.h"
+
+// Token numbers of the character scanner. The resource language's keywords continue them from
+// 81 on, and parsers test the values, so the numbers are fixed.
+enum PP_TokenType {
+    kPPScan_None = 0,
+    kPPScan_EOF = 1,
+    kPPScan_EOL = 2,
+    kPPScan_White = 3,
+    kPPScan_Comment = 4,
+    kPPScan_Ident = 5,
+    kPPScan_Zero = 7,
+    kPPScan_Hex = 8,
+    kPPScan_DollarHex = 9,
+    kPPScan_Decimal = 10,
+    kPPScan_Octal = 11,
+    kPPScan_Binary = 12,
+    kPPScan_Float = 13,
+    kPPScan_Double = 14,
+    kPPScan_LongDouble = 15,
+    kPPScan_String = 16,
+    kPPScan_WideString = 17,
+    kPPScan_DBString = 18,
+    kPPScan_HexString = 19,
+    kPPScan_WideHexString = 20,
+    kPPScan_DBHexString = 21,
+    kPPScan_Char = 22,
+    kPPScan_WideChar = 23,
+    kPPScan_DBChar = 24,
+    kPPScan_Pound = 26,
+    kPPScan_PoundPound = 27,
+    kPPScan_Question = 28,
+    kPPScan_OrOr = 29,
+    kPPScan_AndAnd = 30,
+    kPPScan_Not = 31,
+    kPPScan_Or = 32,
+    kPPScan_Xor = 33,
+    kPPScan_And = 34,
+    kPPScan_Tilde = 35,
+    kPPScan_EqEq = 36,
+    kPPScan_NotEq = 37,
+    kPPScan_Less = 38,
+    kPPScan_Greater = 39,
+    kPPScan_LessEq = 40,
+    kPPScan_GreaterEq = 41,
+    kPPScan_ShiftLeft = 42,
+    kPPScan_ShiftRight = 43,
+    kPPScan_Plus = 44,
+    kPPScan_Minus = 45,
+    kPPScan_Star = 46,
+    kPPScan_Slash = 47,
+    kPPScan_Percent = 48,
+    kPPScan_Assign = 49,
+    kPPScan_StarAssign = 50,
+    kPPScan_SlashAssign = 51,
+    kPPScan_PercentAssign = 52,
+    kPPScan_PlusAssign = 53,
+    kPPScan_MinusAssign = 54,
+    kPPScan_ShiftRightAssign = 55,
+    kPPScan_ShiftLeftAssign = 56,
+    kPPScan_AndAssign = 57,
+    kPPScan_XorAssign = 58,
+    kPPScan_OrAssign = 59,
+    kPPScan_DotStar = 61,
+    kPPScan_ArrowStar = 62,
+    kPPScan_PlusPlus = 63,
+    kPPScan_MinusMinus = 64,
+    kPPScan_Dot = 65,
+    kPPScan_Arrow = 66,
+    kPPScan_LParen = 68,
+    kPPScan_RParen = 69,
+    kPPScan_LBrace = 70,
+    kPPScan_RBrace = 71,
+    kPPScan_LCurly = 72,
+    kPPScan_RCurly = 73,
+    kPPScan_Colon = 74,
+    kPPScan_ColonColon = 75,
+    kPPScan_Semicolon = 76,
+    kPPScan_Comma = 77,
+    kPPScan_Ellipsis = 78,
+    kPPScan_Backslash = 79,
+    kPPScan_Other = 80
+};
+
+// The language of the resource being compiled: 1 to 4 read strings as double-byte text.
+extern int gCurrentLanguage;
+
+// Character classes; each takes -1 (end of input) and answers false for it.
+bool isEOL(int c);
+bool iswhite(int c);
+bool isident(int c);
+bool isodigit(int c);
+
+// Whether `byte` starts a double-byte character in a literal of the given token type.
+bool IsLeadingByte(int byte, int token);
+
+// The one lexer of the system. A token is the stretch of input between where GetNextToken
+// began and where it stopped; white space, comments and line ends are tokens too.
+class PP_CScanner {
+public:
+    explicit PP_CScanner(PP_CTextReader* input);
+    PP_CScanner(PP_CScanner const&) = delete;
+    PP_CScanner& operator=(PP_CScanner const&) = delete;
+    ~PP_CScanner();
+
+    // Swaps the input only; the caller restores line and position itself.
+    void SetCurrentInput(PP_CTextReader* input) { fInput = input; }
+    PP_CTextReader* GetCurrentInput() const { return fInput; }
+
+    // `*error` is 0, or an index of the preprocessor's message table for bad text.
+    int GetNextToken(int* error);
+    // The current token's text with continuation lines removed.
+    PP_CTextReader GetTokenText();
+
+    int RawPeekChar() const { return fInput->IsEOF() ? -1 : fInput->PeekChar(); }
+    int RawGetChar();
+    void RawUnGetChar();
+    int CookedPeekChar();
+    int CookedGetChar();
+    void SkipChar() { CookedGetChar(); }
+    bool SkipBlanksToEOL();
+    bool SkipComment();
+    void IncrLineno() {
+        fCharPos = 0;
+        ++fLineno;
+    }
+    bool ReadUTF8Signature(int* error);
+
+    unsigned long GetLineno() const { return fLineno; }
+    unsigned long GetCharPos() const { return fCharPos; }
+    void SetLineno(unsigned long lineno) { fLineno = lineno; }
+    void SetCharPos(unsigned long charPos) { fCharPos = charPos; }
+    void SetNoLineComments(bool noLineComments) { fNoLineComments = noLineComments; }
+
+private:
+    void PrivSkipChar();
+    int PrivPeekChar();
+    int PrivSkipAndPeek();
+    void SkipWhile(bool (*inClass)(int));
+    int PrivNextToken(int c, int* error);
+    int PrivPrefixedToken(int c, int* error);
+    int PrivIdentifier();
+    int PrivLiteral(int quote, int token, int* error);
+    int PrivNumber(int c, int* error);
+    int PrivRadixNumber(bool (*isDigit)(int), int token, int* error);
+    int PrivPunctuation(int c, int* error);
+    int PrivFixedSuffix(int token, int* error);
+    int PrivFraction(int* error);
+    int PrivExponent(int* error);
+    int PrivFloatSuffix(int* error);
+    void PrivSkipComment(int opener);
+    PP_CTextReader CookTokenText(unsigned long size);
+
+    unsigned long fCharPos = 0;
+    unsigned long fLineno = 1;
+    PP_CTextReader* fInput;
+    char const* fTokenStart;
+    char* fCookBuffer = nullptr;
+    unsigned long fCookBufferSize = 0;
+    bool fNoLineComments = false;
+    bool fHasContinuation = false;
+};
+
+#endif
