@@ -1,0 +1,100 @@
+#ifndef PPMACTBL_H
+#define PPMACTBL_H
+
+#include <cstdint>
+
+#include "PPMemMgr.h"
+
+enum PP_MacroType {
+    kPP_MacroSpecial = 0,  // fMacroText holds a function, not text
+    kPP_MacroObject = 1,
+    kPP_MacroFunction = 2
+};
+
+// Control bytes of prepared replacement text. Nothing in a body is escaped, so such a byte in
+// the source of a macro body is taken for a control code when the macro is expanded.
+enum : char {
+    kPP_MacroParam = 1,      // followed by the parameter's index + 5
+    kPP_MacroStringize = 2,  // followed by kPP_MacroParam and its index byte
+    kPP_MacroPaste = 3,      // joins what stands left and right of it
+    kPP_MacroNoExpand = 4,   // behind an identifier of expanded text: never expand it again
+    kPP_MacroEscape = 5      // followed by a byte value + 5, which stands for itself
+};
+
+// Keeps parameter index bytes clear of the control codes and of NUL.
+constexpr int kPP_MacroIndexBias = 5;
+
+// A macro's name and prepared replacement text. The record outlives #undef: only its text and
+// formals go, so that a later #define finds and reuses it.
+struct PP_MacroBody {
+    PP_MacroBody(PP_CMemoryManager* memory, char const* name, PP_MacroType type, bool canRedefine);
+
+    void Undefine(PP_CMemoryManager* memory);
+    void Destroy(PP_CMemoryManager* memory);
+
+    char* fName;
+    char* fMacroText = nullptr;  // null: not defined at present
+    char* fFormals = nullptr;    // parameter names joined by commas
+    short fParamCount = -1;      // -1: no parameter list
+    PP_MacroType fMacroType;
+    bool fCanRedefine;
+};
+
+struct PP_MacroEntry {
+    PP_MacroEntry* fNext;
+    PP_MacroBody* fBody;
+    std::uint32_t fSignature;
+};
+
+// The chain of macros whose replacement text is being scanned; lives in temp memory.
+struct PP_MacroLink {
+    static PP_MacroLink* Alloc(PP_CMemoryManager* memory, void* body, PP_MacroLink* next);
+
+    void* fBody;
+    PP_MacroLink* fNext;
+};
+
+class PP_CMacroTable {
+public:
+    PP_CMacroTable() = default;
+    PP_CMacroTable(PP_CMacroTable const&) = delete;
+    PP_CMacroTable& operator=(PP_CMacroTable const&) = delete;
+    virtual ~PP_CMacroTable() = default;
+
+    virtual void ReleaseMacros() = 0;
+    virtual bool DefineMacro(char const* name, char const* text, bool canRedefine) = 0;
+    virtual bool DefineSpecialMacro(char const* name, void* function, bool canRedefine) = 0;
+    virtual bool UndefineMacro(char const* name) = 0;
+    // Makes a new record without looking for an existing one; callers have looked first.
+    virtual PP_MacroBody* EnterMacro(char const* name, PP_MacroType type, bool canRedefine) = 0;
+    // Also finds undefined records; `name` need not end in a NUL.
+    virtual PP_MacroBody* LookupMacro(char const* name, unsigned long length) = 0;
+    virtual void UndefineMacro(PP_MacroBody* body) = 0;
+    virtual bool IsMacroDefined(char const* name, unsigned long length);
+};
+
+// The one implementation: 101 hash chains that never rehash.
+class PP_CMacroTable_Basic : public PP_CMacroTable {
+public:
+    explicit PP_CMacroTable_Basic(PP_CMemoryManager* memory) : fMemory(memory) {}
+
+    void ReleaseMacros() override;
+    bool DefineMacro(char const* name, char const* text, bool canRedefine) override;
+    bool DefineSpecialMacro(char const* name, void* function, bool canRedefine) override;
+    bool UndefineMacro(char const* name) override;
+    PP_MacroBody* EnterMacro(char const* name, PP_MacroType type, bool canRedefine) override;
+    PP_MacroBody* LookupMacro(char const* name, unsigned long length) override;
+    void UndefineMacro(PP_MacroBody* body) override;
+
+    static std::uint32_t Signature(char const* name, unsigned long length);
+
+private:
+    static constexpr unsigned kBucketCount = 101;
+
+    PP_MacroBody* PrepareDefinition(char const* name, PP_MacroType type, bool canRedefine);
+
+    PP_CMemoryManager* fMemory;
+    PP_MacroEntry* fBuckets[kBucketCount] = {};
+};
+
+#endif
