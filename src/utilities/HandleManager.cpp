@@ -80,11 +80,9 @@ void HandleManager::DecrAmountInUse(uint64_t amount) {
         fAmountInUse -= amount;
         return;
     }
-    unsigned char trace[256];
-    int length = std::snprintf(reinterpret_cast<char*>(trace) + 1, sizeof trace - 1,
-                               "HandleManager::DecrAmountInUse - %ld < %ld",
-                               static_cast<long>(fAmountInUse), static_cast<long>(amount));
-    trace[0] = static_cast<unsigned char>(length < 255 ? length : 255);
-    DebugStr(trace);
+    char trace[128];
+    std::snprintf(trace, sizeof trace, "HandleManager::DecrAmountInUse - %ld < %ld", static_cast<long>(fAmountInUse),
+                  static_cast<long>(amount));
+    DebugTrace(trace);
     fAmountInUse = 0;
 }

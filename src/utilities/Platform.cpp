@@ -1,5 +1,6 @@
 #include "Platform.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -90,3 +91,11 @@ void HSetState(Handle handle, signed char state) {
 long MemError() { return gMemError; }
 
 void DebugStr(unsigned char const*) {}
+
+void DebugTrace(char const* text) {
+    unsigned char pascalText[256];
+    size_t const length = std::min<size_t>(std::strlen(text), 255);
+    pascalText[0] = static_cast<unsigned char>(length);
+    std::memcpy(pascalText + 1, text, length);
+    DebugStr(pascalText);
+}

@@ -25,3 +25,5 @@ long MemError();
 // Debugger trace with a length-prefixed text. There is no debugger to drop into here; the text
 // is only a trace and nothing depends on it.
 void DebugStr(unsigned char const* pascalText);
+// DebugStr for a NUL-terminated text; a text beyond 255 bytes is cut.
+void DebugTrace(char const* text);

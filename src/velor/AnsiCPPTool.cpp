@@ -1,0 +1,127 @@
+#include "AnsiCPPTool.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "Msgs.h"
+#include "Options.h"
+#include "TemporaryBuffer.h"
+#include "UniqueNames.h"
+
+namespace {
+
+enum ToolOptionAction { kCreatorOption, kCppOption, kDefineOption, kIncludeOption, kOutputOption, kTypeOption,
+                        kSingleFileOption, kBaseOption };
+
+CmdOption const kToolOptions[] = {
+    {"c", kCreatorOption, 1},
+    {"cpp", kCppOption, 0},
+    {"d", kDefineOption, 1},
+    {"i", kIncludeOption, 1},
+    {"o", kOutputOption, 1},
+    {"t", kTypeOption, 1},
+    {"singlefile", kSingleFileOption, 0},
+    {nullptr, kBaseOption, 0},
+};
+
+// A quoted entry loses its first and last character, whatever the last one is.
+void StoreIncludePath(char* entry) {
+    if (entry[0] == '"') {
+        entry[std::strlen(entry) - 1] = '\0';
+        if (entry[0] != '\0') ++entry;
+    }
+    gOptions->AddDirectory(copyString(entry));
+}
+
+bool EndsIncludePath(char const* at) {
+    return at[0] == ' ' && (at[1] == '\0' || at[1] == '/' || at[1] == '.' || at[1] == '"');
+}
+
+}  // namespace
+
+AnsiCPPTool::AnsiCPPTool() { gOptions = new Options; }
+
+AnsiCPPTool::~AnsiCPPTool() {
+    delete gOptions;
+    gOptions = nullptr;
+}
+
+void AnsiCPPTool::Main(int argc, char** argv, char** envp) {
+    IAnsiCPPTool(argv[0]);
+    Msgs::ErrorCheck();
+    if (argc == 1) {
+        ShowUsage();
+        Msgs::Exit(0);
+    }
+    ProcessCommandLine(argc, argv, envp);
+    Msgs::ErrorCheck();
+    if ((Msgs::GetMask() & Msgs::kProgress) != 0) ShowVersion();
+    Run();
+    Msgs::Display(Msgs::kProgress, "\n");
+    Msgs::Exit(0);
+}
+
+// There is no resource chain to hold a usage text, so the fall-back text is shown.
+void AnsiCPPTool::ShowUsage() { std::fputs("???  usage: missing resource TEXT(128)\n", stderr); }
+
+void AnsiCPPTool::DoOption(int argc, char** argv, int& index) {
+    char* word = argv[index];
+    char const* name = word + 1;
+    CmdOption const* option = FindOption(kToolOptions, name);
+    if (!IsArg(argc, index + option->argumentCount, name)) return;
+    char const* value = argv[index + option->argumentCount];
+    switch (option->action) {
+        case kCreatorOption: gOptions->SetCreator(GetResType(value, word)); break;
+        case kCppOption: break;
+        case kDefineOption: DefineMacro(value); break;
+        case kIncludeOption: gOptions->AddDirectory(value); break;
+        case kOutputOption: gOptions->AddOutput(value); break;
+        case kTypeOption: gOptions->SetType(GetResType(value, word)); break;
+        case kSingleFileOption: gOptions->SetSingleFileOutput(true); break;
+        default: CmdTool::DoOption(argc, argv, index); break;
+    }
+    index += option->argumentCount;
+}
+
+// "NAME=body" splits at the first "="; a bare name is defined as 1.
+void AnsiCPPTool::DefineMacro(char const* definition) {
+    if (std::strchr(definition, '=') == nullptr) {
+        gOptions->AddMacro(definition, "1");
+        return;
+    }
+    char* name = saveString(definition);
+    char* equals = std::strchr(name, '=');
+    *equals = '\0';
+    gOptions->AddMacro(name, equals + 1);
+}
+
+void AnsiCPPTool::DoFilename(char* word) {
+    if (word[0] != '\0') gOptions->AddFile(word);
+}
+
+// An entry ends at a blank only where the next character may begin a new path: "/", ".", a
+// quote, or the end of the list. Any other blank belongs to the name.
+void AnsiCPPTool::DoIncludePathList(char const* list) {
+    TemporaryBuffer scratch(std::strlen(list) + 1);
+    char* const entry = scratch.GetBuffer();
+    char* out = entry;
+    for (char const* at = list; *at != '\0';) {
+        if (at[0] == '\\' && at[1] == ' ') {
+            *out++ = ' ';
+            at += 2;
+        } else if (EndsIncludePath(at)) {
+            *out = '\0';
+            StoreIncludePath(entry);
+            out = entry;
+            ++at;
+        } else {
+            *out++ = *at++;
+        }
+    }
+    *out = '\0';
+    StoreIncludePath(entry);
+}
+
+// The work of a run starts once the command line has been taken in; until the tool driver is
+// built, a run ends here.
+void AnsiCPPTool::Run() {}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "CmdTool.h"
+
+// The compiler as a command-line tool: its options, the include-path notation of the environment,
+// and the run itself. It owns gOptions for its lifetime.
+class AnsiCPPTool : public CmdTool {
+public:
+    AnsiCPPTool();
+    ~AnsiCPPTool() override;
+
+    void IAnsiCPPTool(char const* progName) { ICmdTool(progName); }
+    // Reads the command line, runs and leaves through Msgs::Exit: it never returns.
+    [[noreturn]] void Main(int argc, char** argv, char** envp);
+
+    void Run() override;
+    void ShowUsage() override;
+    void DoOption(int argc, char** argv, int& index) override;
+    void DoFilename(char* word) override;
+    // Takes a space-separated list of directories: "\ " is a blank inside a name, and an entry
+    // in double quotes loses its first and last character.
+    void DoIncludePathList(char const* list) override;
+
+private:
+    void DefineMacro(char const* definition);
+};
