@@ -5,6 +5,7 @@
 
 #include "Msgs.h"
 #include "Options.h"
+#include "SearchPath.h"
 #include "TemporaryBuffer.h"
 #include "UniqueNames.h"
 
@@ -39,11 +40,17 @@ bool EndsIncludePath(char const* at) {
 
 }  // namespace
 
-AnsiCPPTool::AnsiCPPTool() { gOptions = new Options; }
+AnsiCPPTool::AnsiCPPTool() {
+    gOptions = new Options;
+    gSearchPath = new RCSearchPath;
+    if (long result = gSearchPath->ISearchPath(); result != 0) Msgs::Display(Msgs::kError, static_cast<int>(result));
+}
 
 AnsiCPPTool::~AnsiCPPTool() {
     delete gOptions;
     gOptions = nullptr;
+    delete gSearchPath;
+    gSearchPath = nullptr;
 }
 
 void AnsiCPPTool::Main(int argc, char** argv, char** envp) {

@@ -3,7 +3,7 @@
 #include "CmdTool.h"
 
 // The compiler as a command-line tool: its options, the include-path notation of the environment,
-// and the run itself. It owns gOptions for its lifetime.
+// and the run itself. It owns gOptions and gSearchPath for its lifetime.
 class AnsiCPPTool : public CmdTool {
 public:
     AnsiCPPTool();
