@@ -21,13 +21,6 @@ std::vector<std::string> Directories(Options const& options) {
 
 using Texts = std::vector<std::string>;
 
-TEST(Options, StartsWithTheDefaultOutputCreatorAndType) {
-    Options options;
-    EXPECT_STREQ("VELOR.rsrc", options.GetOutput());
-    EXPECT_EQ(0x42524320u, options.GetCreator());
-    EXPECT_EQ(0x52535243u, options.GetType());
-}
-
 TEST(Options, DirectoriesEndInASeparator) {
     Options options;
     char const* withSeparator = "/kept/";
