@@ -1,0 +1,95 @@
+#include "MacFile.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The longest path a Pascal string holds.
+constexpr size_t kMaxPathLength = 255;
+
+bool Exists(std::string const& path) {
+    std::error_code error;
+    return fs::exists(fs::symlink_status(path, error));
+}
+
+int ResultOfErrno() { return errno == ENOENT ? kFileNotFoundErr : kIOErr; }
+
+}  // namespace
+
+void MacFile::IMacFile(uint32_t fileType, uint32_t creator) {
+    fFileType = fileType;
+    fCreator = creator;
+}
+
+int MacFile::Specify(char const* path) {
+    size_t length = std::strlen(path);
+    if (length > kMaxPathLength) return kIOErr;
+    fPath.assign(path, length);
+    if (Exists(fPath)) {
+        fRef = fPath;
+        std::error_code ignored;
+        fs::remove(fRef, ignored);
+    }
+    return kFileNotFoundErr;
+}
+
+int ForkMacFile::OpenFile(bool force) {
+    if (!fKeepOpen && !force) return 0;
+    if (IsOpen()) return 0;
+    int result = OpenFork();
+    if (result != 0) fRefNum = -1;
+    return result;
+}
+
+int ForkMacFile::CloseFile(bool force) {
+    if (fKeepOpen && !force) return 0;
+    if (!IsOpen()) return 0;
+    int result = CloseFork();
+    fRefNum = -1;
+    return result;
+}
+
+int ForkMacFile::CreateFile() {
+    // The first byte is never taken as the separator, so "/file" counts as a bare name.
+    size_t slash = fPath.rfind('/');
+    bool hasFolder = slash != std::string::npos && slash != 0;
+    std::string folder = hasFolder ? fPath.substr(0, slash) : fPath;
+    std::string name = hasFolder ? fPath.substr(slash + 1) : fPath;
+    if (!Exists(folder)) {
+        std::fprintf(stderr, "CFURLGetFSRef failed - maybe the output directory doesn't exist? (%s)\n",
+                     folder.c_str());
+        return kFileNotFoundErr;
+    }
+    // A creation that fails still answers success: the fork cannot be opened afterwards, and
+    // that is where the failure shows.
+    std::string file = folder + "/" + name;
+    int descriptor = ::open(file.c_str(), O_CREAT | O_EXCL | O_WRONLY, 0666);
+    if (descriptor != -1) {
+        ::close(descriptor);
+        fRef = file;
+    }
+    return 0;
+}
+
+RsrcMacFile::~RsrcMacFile() { CloseFile(true); }
+
+int RsrcMacFile::OpenFork() {
+    int access;
+    switch (fPermission & 7) {
+        case 1: access = O_RDONLY; break;
+        case 2: access = O_WRONLY; break;
+        default: access = O_RDWR; break;
+    }
+    fRefNum = ::open(fRef.c_str(), access);
+    return fRefNum == -1 ? ResultOfErrno() : 0;
+}
+
+int RsrcMacFile::CloseFork() { return ::close(fRefNum) == 0 ? 0 : ResultOfErrno(); }

@@ -1,0 +1,160 @@
+#include "PerResourceFiles.h"
+
+#include <cstdint>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <vector>
+
+#include "Msgs.h"
+#include "Options.h"
+#include "RCResource.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr char kSourceRecordName[] = "vdFilePath";
+constexpr char kTimestampName[] = "timestamp.vlbk";
+constexpr char kResourceSuffix[] = ".vlbk";
+// Characters that split or quote a word in an unquoted list of file names.
+constexpr char kListBreakers[] = " \t\n\v\f\r'\"\\";
+
+bool EndsWith(std::string const& text, std::string const& suffix) {
+    return text.size() >= suffix.size() && text.compare(text.size() - suffix.size(), suffix.size(), suffix) == 0;
+}
+
+bool IsRegularFile(fs::directory_entry const& entry) {
+    std::error_code error;
+    return entry.symlink_status(error).type() == fs::file_type::regular;
+}
+
+bool IsRemovableResourceFile(fs::directory_entry const& entry) {
+    return EndsWith(entry.path().filename().string(), kResourceSuffix) && IsRegularFile(entry) &&
+           entry.path().string().find_first_of(kListBreakers) == std::string::npos;
+}
+
+// The four bytes of a type, high byte first, ending early at a zero byte.
+std::string TypeText(uint64_t type) {
+    std::string text;
+    for (int shift = 24; shift >= 0; shift -= 8) {
+        char byte = static_cast<char>(type >> shift);
+        if (byte == 0) break;
+        text += byte;
+    }
+    return text;
+}
+
+bool WriteWholeFile(std::string const& path, char const* bytes, size_t length) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    if (!out.is_open()) return false;
+    out.write(bytes, static_cast<std::streamsize>(length));
+    return true;
+}
+
+bool WriteWholeFile(std::string const& path, std::string const& text) {
+    return WriteWholeFile(path, text.data(), text.size());
+}
+
+// The messages below are built from file names and then shown as a format, so that "%%" in a
+// name shows as "%". Every other "%" is shown as it stands: the format has no arguments for a
+// conversion to take.
+std::string AsFormat(std::string const& text) {
+    std::string format;
+    for (size_t at = 0; at < text.size(); ++at) {
+        format += text[at];
+        if (text[at] != '%') continue;
+        if (at + 1 < text.size() && text[at + 1] == '%')
+            format += text[++at];
+        else
+            format += '%';
+    }
+    return format;
+}
+
+void ShowError(std::string const& text) { Msgs::Display(Msgs::kError, AsFormat(text).c_str()); }
+
+void StopOnSeveralInputFiles() {
+    if (gOptions->FileCount() <= 1) return;
+    std::string text = "Trying to handle more than one .vd file:\n";
+    for (int i = 0; i < gOptions->FileCount(); ++i) text += std::string("File: ") + gOptions->GetFile(i) + "\n";
+    ShowError(text);
+    Msgs::Exit(1);
+}
+
+// The record read back as its words joined by single blanks. A record that ends in white space
+// gains a trailing blank from the last, failing, extraction, and so never matches.
+std::string ReadRecordedSource(std::ifstream& record) {
+    std::string recorded;
+    record >> recorded;
+    while (record.good()) {
+        std::string word;
+        record >> word;
+        recorded += ' ';
+        recorded += word;
+    }
+    return recorded;
+}
+
+void StopOnSourceConflict(std::string const& folder) {
+    std::ifstream record(folder + kSourceRecordName);
+    if (!record.is_open()) return;
+    std::string previous = ReadRecordedSource(record);
+    std::string current = gOptions->GetFile(0);
+    if (previous == current) return;
+    ShowError("Previous .vd file " + previous + " and current .vd file " + current +
+              " do not match. This is likely due to VELOR being called twice for different .vd files in "
+              "the same project. Use one .vd file and #include these instead.\n");
+    // The record now names the current file, so that the same command succeeds when run again.
+    CreateVdFilePathFile(folder);
+    Msgs::Exit(1);
+}
+
+bool DebugMacroGiven() {
+    for (int i = 0; i < gOptions->MacroCount(); ++i)
+        if (std::strcmp(gOptions->GetMacroName(i), "DEBUG") == 0) return true;
+    return false;
+}
+
+}  // namespace
+
+std::optional<std::string> OutputFolder() {
+    std::string output = gOptions->GetOutput();
+    size_t slash = output.rfind('/');
+    if (slash == std::string::npos) return std::nullopt;
+    return output.substr(0, slash + 1);
+}
+
+void RemoveOldResourceFiles(std::string const& folder) {
+    // Collected first, so that the walk never runs over a folder it is changing.
+    std::vector<fs::path> doomed;
+    std::error_code error;
+    fs::recursive_directory_iterator entries(folder, fs::directory_options::skip_permission_denied, error);
+    for (; !error && entries != fs::recursive_directory_iterator(); entries.increment(error))
+        if (IsRemovableResourceFile(*entries)) doomed.push_back(entries->path());
+    for (auto const& path : doomed) fs::remove(path, error);
+}
+
+int CreateResourceFile(RCResource const* resource, bool& sourceRecorded) {
+    auto folder = OutputFolder();
+    if (!folder) return 1;
+    if (!sourceRecorded) {
+        StopOnSeveralInputFiles();
+        StopOnSourceConflict(*folder);
+        CreateVdFilePathFile(*folder);
+        sourceRecorded = true;
+    }
+    std::string typeFolder = *folder + "/vlbk_" + TypeText(resource->GetType());
+    std::error_code ignored;
+    fs::create_directory(typeFolder, ignored);
+    std::string path = typeFolder + "/" + std::to_string(static_cast<uint16_t>(resource->GetId())) + kResourceSuffix;
+    if (!WriteWholeFile(path, resource->GetContents(), resource->GetContentsLength())) return 1;
+    if (DebugMacroGiven() && !WriteWholeFile(*folder + kTimestampName, std::to_string(std::time(nullptr))))
+        return 1;
+    return 0;
+}
+
+void CreateVdFilePathFile(std::string const& folder) {
+    WriteWholeFile(folder + kSourceRecordName, gOptions->GetFile(0));
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+class RCResource;
+
+// The per-resource output beside the -o file. All names follow from the folder of the -o path:
+//   folder + "/vlbk_" + TYPE + "/" + ID + ".vlbk"   one resource, its bytes and nothing else
+//   folder + "vdFilePath"                           the input file the folder belongs to
+//   folder + "timestamp.vlbk"                       the time of the last write, under -d DEBUG
+// The folder keeps its trailing "/", so the resource paths hold a doubled one.
+
+// The -o path up to and including its last "/"; nothing for a path without one.
+std::optional<std::string> OutputFolder();
+
+// Deletes the regular files named "*.vlbk" anywhere below folder. Files whose path, spelled from
+// folder on, holds white space, a quote or a backslash stay, as they always have: builds rely on
+// files of types such as 'STR ' surviving. Nothing else is touched and no shell is involved.
+void RemoveOldResourceFiles(std::string const& folder);
+
+// Writes one resource file. The first call of an output pass (sourceRecorded false) also ends the
+// run with exit code 1 when more than one input file was named or when the folder belongs to
+// another input file, and records the current one. Answers 0, or 1 when nothing could be written.
+int CreateResourceFile(RCResource const* resource, bool& sourceRecorded);
+
+// Records the first input file as the source of folder; a failure passes in silence.
+void CreateVdFilePathFile(std::string const& folder);

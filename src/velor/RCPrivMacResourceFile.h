@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+
+#include "MacFile.h"
+#include "RCPrivResourceFile.h"
+
+// The output named with -o: recreated as an empty file, with every resource written as a file of
+// its own beside it. Constructing one removes the per-resource files of earlier runs.
+class RCPrivMacResourceFile : public RCPrivResourceFile {
+public:
+    RCPrivMacResourceFile(uint32_t fileType, uint32_t creator);
+
+    int Open(char const* path) override;
+    int AddResource(RCResource const* resource) override;
+
+private:
+    RsrcMacFile fFile;
+    // The source record is checked and written with the first resource of a pass; the later ones
+    // would only write the same text again.
+    bool fSourceRecorded = false;
+};
