@@ -78,7 +78,7 @@ void ShowError(std::string const& text) { Msgs::Display(Msgs::kError, AsFormat(t
 void StopOnSeveralInputFiles() {
     if (gOptions->FileCount() <= 1) return;
     std::string text = "Trying to handle more than one .vd file:\n";
-    for (int i = 0; i < gOptions->FileCount(); ++i) text += std::string("File: ") + gOptions->GetFile(i) + "\n";
+    for (long i = 0; i < gOptions->FileCount(); ++i) text += std::string("File: ") + gOptions->GetFile(i) + "\n";
     ShowError(text);
     Msgs::Exit(1);
 }
@@ -112,7 +112,7 @@ void StopOnSourceConflict(std::string const& folder) {
 }
 
 bool DebugMacroGiven() {
-    for (int i = 0; i < gOptions->MacroCount(); ++i)
+    for (long i = 0; i < gOptions->MacroCount(); ++i)
         if (std::strcmp(gOptions->GetMacroName(i), "DEBUG") == 0) return true;
     return false;
 }

@@ -5,6 +5,7 @@
 #include "Assertion.h"
 #include "Msgs.h"
 #include "RCAlloc.h"
+#include "RCByteString.h"
 
 namespace {
 
@@ -17,14 +18,20 @@ RCResource::~RCResource() {
     RCFree(fContents);
 }
 
-void RCResource::SetName(char const* name) { SetName(name, static_cast<long>(std::strlen(name))); }
+void RCResource::SetName(char const* name) {
+    RCByteString text;
+    text.fData = const_cast<char*>(name);
+    text.fLength = static_cast<long>(std::strlen(name));
+    SetName(text);
+}
 
-void RCResource::SetName(char const* bytes, long length) {
-    VELOR_ASSERT(length >= 0);
+void RCResource::SetName(RCByteString const& name) {
+    VELOR_ASSERT(name.fLength >= 0);
+    auto length = static_cast<size_t>(name.fLength);
     RCFree(fName);
-    fName = static_cast<char*>(RCAlloc(static_cast<size_t>(length) + 1));
+    fName = static_cast<char*>(RCAlloc(length + 1));
     if (fName == nullptr) return;
-    std::memcpy(fName, bytes, static_cast<size_t>(length));
+    if (length > 0) std::memcpy(fName, name.fData, length);
     fName[length] = '\0';
 }
 

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+struct RCByteString;
+
 // One compiled resource: its bytes, addressed by a four-character type and a signed 16-bit id.
 // The name and flags travel with it but reach no output.
 class RCResource {
@@ -14,7 +16,7 @@ public:
     void SetName(char const* name);
     // The name may hold any bytes; a zero is added behind them. Without memory the name stays
     // unset.
-    void SetName(char const* bytes, long length);
+    void SetName(RCByteString const& name);
     void SetFlags(unsigned long flags) { fFlags = flags; }
     // Copies the bytes. An empty resource still owns a block, so its contents are never null.
     void AddContents(void const* bytes, long length);

@@ -6,7 +6,7 @@
 #include "Options.h"
 #include "RCPrivMacResourceFile.h"
 
-size_t RCResourceFile::KeyHash::operator()(Key const& key) const {
+std::size_t RCResourceFile::KeyHash::operator()(Key const& key) const {
     return std::hash<uint64_t>()((key.fType << 16) ^ static_cast<uint16_t>(key.fId));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <unordered_map>
 
@@ -38,7 +39,7 @@ private:
         bool operator==(Key const&) const = default;
     };
     struct KeyHash {
-        size_t operator()(Key const& key) const;
+        std::size_t operator()(Key const& key) const;
     };
 
     char const* fName;

@@ -1,8 +1,11 @@
 #include "RCResourceFile.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <ctime>
+#include <list>
 #include <string>
 #include <vector>
 
@@ -20,136 +23,131 @@ RCResource* MakeResource(unsigned long type, short id, std::string const& bytes 
     return resource;
 }
 
-TEST(RCResourceFile, IdentityIsTypeAndIdAndTheFirstOfAPairStays) {
+TEST(RCResourceFile, KeepsTheFirstOfATypeAndIdAndFindsFreeIds) {
     RCResourceFile file("out/r.rsrc");
     RCResource* first = MakeResource(kText, 1, "first");
-    EXPECT_EQ(file.AddResource(first), 0);
-    EXPECT_EQ(file.AddResource(MakeResource(kText, -1)), 0);
-    EXPECT_EQ(file.AddResource(MakeResource(kText + 1, 1)), 0);
-
+    for (RCResource* resource : {first, MakeResource(kText, -1), MakeResource(kText + 1, 1), MakeResource(kText, 32767)})
+        EXPECT_EQ(file.AddResource(resource), 0);
     RCResource second(kText, 1);
     EXPECT_EQ(file.AddResource(&second), RESDUPRESOURCE);
     EXPECT_EQ(file.Lookup(kText, 1), first);
     EXPECT_EQ(file.Lookup(kText, 2), nullptr);
-    EXPECT_NE(file.Lookup(kText, -1), first);
+
+    EXPECT_EQ(file.UniqueResId(kText, 2), 2);
+    EXPECT_EQ(file.UniqueResId(kText, 1), 2);
+    EXPECT_EQ(file.UniqueResId(kText, 32767), -32768);
 }
 
-TEST(RCResourceFile, UniqueResIdStepsOverTakenIdsAndWraps) {
-    RCResourceFile file("out/r.rsrc");
-    for (short id : {5, 6, 32767}) file.AddResource(MakeResource(kText, id));
-    EXPECT_EQ(file.UniqueResId(kText, 4), 4);
-    EXPECT_EQ(file.UniqueResId(kText, 5), 7);
-    EXPECT_EQ(file.UniqueResId(kText, 32767), -32768);
-    EXPECT_EQ(file.UniqueResId(kText + 1, 5), 5);
-}
+struct Spec {
+    unsigned long fType;
+    short fId;
+    std::string fBytes;
+};
 
 // Output passes of WriteFile into a temporary folder, with the command line given per pass.
 class WriteFileTest : public ::testing::Test {
 protected:
-    void SetUp() override { Msgs::ThrowOnExit(true); }
-    void TearDown() override { Configure("", {}); }
+    void SetUp() override { fThrewOnExit = Msgs::ThrowOnExit(true); }
+    void TearDown() override {
+        delete gOptions;
+        gOptions = nullptr;
+        Msgs::ThrowOnExit(fThrewOnExit);
+    }
 
+    // Options keeps its texts by pointer, so the fixture keeps them alive.
     void Configure(std::string const& output, std::vector<std::string> const& files,
                    std::vector<std::string> const& macros = {}) {
         delete gOptions;
-        gOptions = nullptr;
-        if (output.empty()) return;
-        fArguments = files;
-        fArguments.push_back(output);
         gOptions = new Options;
-        gOptions->AddOutput(fArguments.back().c_str());
-        for (size_t i = 0; i < files.size(); ++i) gOptions->AddFile(fArguments[i].c_str());
-        for (auto const& macro : macros) gOptions->AddMacro(macro.c_str(), "1");
+        gOptions->AddOutput(Keep(output));
+        for (auto const& file : files) gOptions->AddFile(Keep(file));
+        for (auto const& macro : macros) gOptions->AddMacro(Keep(macro), "1");
+    }
+    char const* Keep(std::string const& text) { return fTexts.emplace_back(text).c_str(); }
+
+    int Write(std::vector<Spec> const& specs) {
+        RCResourceFile file(gOptions->GetOutput());
+        for (auto const& spec : specs) file.AddResource(MakeResource(spec.fType, spec.fId, spec.fBytes));
+        return file.WriteFile(nullptr);
     }
 
-    // One pass over the given resources; answers WriteFile's result, or the exit code of a stop.
-    int Write(std::vector<RCResource*> const& resources) {
-        RCResourceFile file(gOptions->GetOutput());
-        for (RCResource* resource : resources) file.AddResource(resource);
-        try {
-            return file.WriteFile(nullptr);
-        } catch (Msgs::Exception const& stop) {
-            return 100 + stop.GetExitCode();
-        }
+    // A pass that must end the process with exit code 1 and show message. It runs in a child
+    // process, so that the error it counts does not stay behind for later tests.
+    void ExpectStop(std::vector<Spec> const& specs, std::string const& message) {
+        EXPECT_EXIT(
+            {
+                try {
+                    Write(specs);
+                } catch (Msgs::Exception const& stop) {
+                    std::exit(stop.GetExitCode());
+                }
+            },
+            testing::ExitedWithCode(1), testing::HasSubstr(message));
     }
 
     TempFolder fTemp;
-    std::vector<std::string> fArguments;
+    std::list<std::string> fTexts;
+    bool fThrewOnExit = false;
 };
+
+std::string const kConflictTail =
+    " do not match. This is likely due to VELOR being called twice for different .vd files in the same "
+    "project. Use one .vd file and #include these instead.\n";
 
 TEST_F(WriteFileTest, WritesOneFilePerResourceBesideAnEmptyOutputFile) {
     fTemp.Put("out/r.rsrc", "old contents");
     Configure(fTemp / "out/r.rsrc", {"in.vd"});
-    ASSERT_EQ(Write({MakeResource(kText, 1, "\xA5\x34\x12"), MakeResource(kText, -1),
-                     MakeResource(0x53545220, 128, "s"), MakeResource(0x41420043, 2, "z")}),
-              0);
+    ASSERT_EQ(Write({{kText, 1, "\xA5\x34\x12"}, {kText, -1, ""}, {0x53545220, 128, "s"}, {0x41420043, 2, "z"}}), 0);
     EXPECT_EQ(fTemp.Read("out//vlbk_TEXT/1.vlbk"), "\xA5\x34\x12");
-    EXPECT_TRUE(fTemp.Has("out//vlbk_TEXT/65535.vlbk"));
-    EXPECT_EQ(fTemp.Read("out/vlbk_TEXT/65535.vlbk"), "");
-    EXPECT_EQ(fTemp.Read("out/vlbk_STR /128.vlbk"), "s");
-    EXPECT_EQ(fTemp.Read("out/vlbk_AB/2.vlbk"), "z");
-    EXPECT_TRUE(fTemp.Has("out/r.rsrc"));
-    EXPECT_EQ(fTemp.Read("out/r.rsrc"), "");
+    for (auto empty : {"vlbk_TEXT/65535.vlbk", "r.rsrc"}) {
+        EXPECT_TRUE(fTemp.Has(std::string("out/") + empty));
+        EXPECT_EQ(fTemp.Read(std::string("out/") + empty), "");
+    }
+    EXPECT_EQ(fTemp.Read("out/vlbk_STR /128.vlbk") + fTemp.Read("out/vlbk_AB/2.vlbk"), "sz");
     EXPECT_EQ(fTemp.Read("out/vdFilePath"), "in.vd");
     EXPECT_FALSE(fTemp.Has("out/timestamp.vlbk"));
-}
 
-TEST_F(WriteFileTest, RunWithoutResourcesRecordsNoSource) {
-    Configure(fTemp / "out/r.rsrc", {"in.vd"});
+    fTemp.Put("out/vdFilePath", "");
     fTemp.Put("out/vlbk_TEXT/9.vlbk");
     EXPECT_EQ(Write({}), 0);
-    EXPECT_TRUE(fTemp.Has("out/r.rsrc"));
-    EXPECT_FALSE(fTemp.Has("out/vdFilePath"));
+    EXPECT_EQ(fTemp.Read("out/vdFilePath"), "") << "a pass without resources checks no record";
     EXPECT_FALSE(fTemp.Has("out/vlbk_TEXT/9.vlbk"));
 }
 
-TEST_F(WriteFileTest, SecondSourceStopsOnceAndIsRecordedForTheNextRun) {
+TEST_F(WriteFileTest, AnotherSourceStopsOnceAndIsRecordedForTheNextRun) {
     fTemp.Put("out/r.rsrc");
     Configure(fTemp / "out/r.rsrc", {"a.vd"});
-    ASSERT_EQ(Write({MakeResource(kText, 1)}), 0);
+    ASSERT_EQ(Write({{kText, 1, ""}}), 0);
 
     Configure(fTemp / "out/r.rsrc", {"b.vd"});
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(Write({MakeResource(kText, 2)}), 101);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "# Error: Previous .vd file a.vd and current .vd file b.vd do not match. This is likely due to "
-              "VELOR being called twice for different .vd files in the same project. Use one .vd file and "
-              "#include these instead.\n");
+    ExpectStop({{kText, 2, ""}}, "# Error: Previous .vd file a.vd and current .vd file b.vd" + kConflictTail);
     EXPECT_FALSE(fTemp.Has("out/vlbk_TEXT/1.vlbk"));
     EXPECT_FALSE(fTemp.Has("out/vlbk_TEXT/2.vlbk"));
     EXPECT_EQ(fTemp.Read("out/vdFilePath"), "b.vd");
 
-    EXPECT_EQ(Write({MakeResource(kText, 2)}), 0);
+    EXPECT_EQ(Write({{kText, 2, ""}}), 0);
     EXPECT_TRUE(fTemp.Has("out/vlbk_TEXT/2.vlbk"));
 }
 
-TEST_F(WriteFileTest, RecordIsComparedWordByWord) {
+TEST_F(WriteFileTest, RecordIsComparedAsBlankSeparatedWords) {
     Configure(fTemp / "out/r.rsrc", {"a.vd"});
     fTemp.Put("out/vdFilePath", "  a.vd");
-    EXPECT_EQ(Write({MakeResource(kText, 1)}), 0);
+    EXPECT_EQ(Write({{kText, 1, ""}}), 0);
 
-    for (std::string record : {"a.vd\n", ""}) {
-        fTemp.Put("out/vdFilePath", record);
-        testing::internal::CaptureStderr();
-        EXPECT_EQ(Write({MakeResource(kText, 1)}), 101) << record;
-        testing::internal::GetCapturedStderr();
-    }
+    fTemp.Put("out/vdFilePath", "a.vd\n");
+    ExpectStop({{kText, 1, ""}}, "file a.vd  and current .vd file a.vd do");
+    fTemp.Put("out/vdFilePath", "");
+    ExpectStop({{kText, 1, ""}}, "file  and current");
 
     Configure(fTemp / "out/r.rsrc", {"100%%.vd"});
     fTemp.Put("out/vdFilePath", "x%d");
-    testing::internal::CaptureStderr();
-    Write({MakeResource(kText, 1)});
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("file x%d and current .vd file 100%.vd do"),
-              std::string::npos);
+    ExpectStop({{kText, 1, ""}}, "file x%d and current .vd file 100%.vd do");
 }
 
 TEST_F(WriteFileTest, MoreThanOneInputFileStopsAfterTheCleaning) {
     fTemp.Put("out/vlbk_TEXT/1.vlbk");
     Configure(fTemp / "out/r.rsrc", {"a.vd", "b.vd"});
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(Write({MakeResource(kText, 1)}), 101);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "# Error: Trying to handle more than one .vd file:\nFile: a.vd\nFile: b.vd\n");
+    ExpectStop({{kText, 1, ""}}, "# Error: Trying to handle more than one .vd file:\nFile: a.vd\nFile: b.vd\n");
     EXPECT_FALSE(fTemp.Has("out/vlbk_TEXT/1.vlbk"));
     EXPECT_FALSE(fTemp.Has("out/vdFilePath"));
 }
@@ -157,36 +155,33 @@ TEST_F(WriteFileTest, MoreThanOneInputFileStopsAfterTheCleaning) {
 TEST_F(WriteFileTest, DebugMacroFromTheCommandLineWritesATimeStamp) {
     fTemp.Put("out/r.rsrc");
     Configure(fTemp / "out/r.rsrc", {"in.vd"}, {"debug", "DEBUGX"});
-    Write({MakeResource(kText, 1)});
+    Write({{kText, 1, ""}});
     EXPECT_FALSE(fTemp.Has("out/timestamp.vlbk"));
 
     Configure(fTemp / "out/r.rsrc", {"in.vd"}, {"DEBUG"});
     long before = static_cast<long>(std::time(nullptr));
-    Write({MakeResource(kText, 1), MakeResource(kText, 2)});
-    long stamp = std::stol(fTemp.Read("out/timestamp.vlbk"));
-    EXPECT_GE(stamp, before);
-    EXPECT_LE(stamp, static_cast<long>(std::time(nullptr)));
+    Write({{kText, 1, ""}, {kText, 2, ""}});
+    EXPECT_GE(std::stol(fTemp.Read("out/timestamp.vlbk")), before);
 }
 
 TEST_F(WriteFileTest, OutputPathsThatCannotBeCreatedWriteNoResource) {
+    std::string const message = "CFURLGetFSRef failed - maybe the output directory doesn't exist? (";
     Configure("velor-test-no-folder.rsrc", {"in.vd"});
     testing::internal::CaptureStderr();
-    EXPECT_NE(Write({MakeResource(kText, 1)}), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "CFURLGetFSRef failed - maybe the output directory doesn't exist? (velor-test-no-folder.rsrc)\n");
+    EXPECT_NE(Write({{kText, 1, ""}}), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), message + "velor-test-no-folder.rsrc)\n");
 
     Configure(fTemp / "missing/r.rsrc", {"in.vd"});
     testing::internal::CaptureStderr();
-    EXPECT_NE(Write({MakeResource(kText, 1)}), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "CFURLGetFSRef failed - maybe the output directory doesn't exist? (" + fTemp / "missing" + ")\n");
+    EXPECT_NE(Write({{kText, 1, ""}}), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), message + fTemp / "missing" + ")\n");
     EXPECT_FALSE(fTemp.Has("missing"));
 
     fTemp.Put("out/old.vlbk");
-    std::string tooLong = fTemp / "out/" + std::string(256 - (fTemp / "out/").size(), 'x');
-    Configure(tooLong, {"in.vd"});
+    std::string folder = fTemp / "out/";
+    Configure(folder + std::string(256 - folder.size(), 'x'), {"in.vd"});
     testing::internal::CaptureStderr();
-    EXPECT_NE(Write({MakeResource(kText, 1)}), 0);
+    EXPECT_NE(Write({{kText, 1, ""}}), 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     EXPECT_FALSE(fTemp.Has("out/old.vlbk"));
     EXPECT_FALSE(fTemp.Has("out/vlbk_TEXT"));
@@ -197,7 +192,7 @@ TEST_F(WriteFileTest, FailedResourceWriteStopsThePassAndLeavesOtherFilesAlone) {
     fTemp.Put("out/vlbk_BLOK", "a file where the type folder belongs");
     fTemp.Put("out/keep.txt", "keep");
     Configure(fTemp / "out/r.rsrc", {"in.vd"});
-    EXPECT_EQ(Write({MakeResource(kText, 1), MakeResource(0x424C4F4B, 2), MakeResource(kText, 3)}), 1);
+    EXPECT_EQ(Write({{kText, 1, ""}, {0x424C4F4B, 2, ""}, {kText, 3, ""}}), 1);
     EXPECT_TRUE(fTemp.Has("out/vlbk_TEXT/1.vlbk"));
     EXPECT_FALSE(fTemp.Has("out/vlbk_TEXT/3.vlbk"));
     EXPECT_EQ(fTemp.Read("out/vlbk_BLOK"), "a file where the type folder belongs");
