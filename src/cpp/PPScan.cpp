@@ -3,6 +3,7 @@
 #include <cctype>
 
 #include "Assertion.h"
+#include "cpp5.h"
 
 int gCurrentLanguage = 0;
 
@@ -12,12 +13,10 @@ constexpr int kLF = 10;
 constexpr int kCR = 13;
 constexpr int kBackslash = '\\';
 constexpr int kMacRomanNoBreakSpace = 202;
-constexpr int kBadNumberError = 6;
 
 bool isDecimalDigit(int c) { return c >= '0' && c <= '9'; }
 bool isBinaryDigit(int c) { return c == '0' || c == '1'; }
 bool isHexDigit(int c) { return isDecimalDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
-bool isIdentOrDigit(int c) { return isident(c) || isDecimalDigit(c); }
 bool isExponentMark(int c) { return c == 'e' || c == 'E'; }
 bool isDoubleByteLanguage() { return gCurrentLanguage >= 1 && gCurrentLanguage <= 4; }
 
@@ -70,7 +69,7 @@ int literalToken(int opener, bool wide, bool doubleByte) {
 }
 
 int badNumber(int* error) {
-    *error = kBadNumberError;
+    *error = kPPErr_BadNumber;
     return kPPScan_None;
 }
 
@@ -87,6 +86,8 @@ bool iswhite(int c) {
 bool isident(int c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '$'; }
 
 bool isodigit(int c) { return c >= '0' && c <= '7'; }
+
+bool isidentchar(int c) { return isident(c) || isDecimalDigit(c); }
 
 bool IsLeadingByte(int byte, int token) {
     if (token != kPPScan_DBString && token != kPPScan_DBHexString && token != kPPScan_DBChar)
@@ -255,7 +256,7 @@ int PP_CScanner::PrivPrefixedToken(int c, int* error) {
 }
 
 int PP_CScanner::PrivIdentifier() {
-    SkipWhile(isIdentOrDigit);
+    SkipWhile(isidentchar);
     return kPPScan_Ident;
 }
 
@@ -269,7 +270,7 @@ int PP_CScanner::PrivLiteral(int quote, int token, int* error) {
             continue;
         }
         if (c == -1) {
-            *error = 2;
+            *error = kPPErr_EOFInString;
             return token;
         }
         if (c == kBackslash) {
@@ -279,7 +280,7 @@ int PP_CScanner::PrivLiteral(int quote, int token, int* error) {
             continue;
         }
         if (isEOL(c)) {
-            *error = 1;
+            *error = kPPErr_EOLInString;
             return token;
         }
         if (c == quote) {
@@ -320,7 +321,7 @@ int PP_CScanner::PrivNumber(int c, int* error) {
 // The cursor is on the x or b of the prefix.
 int PP_CScanner::PrivRadixNumber(bool (*isDigit)(int), int token, int* error) {
     if (!isDigit(PrivSkipAndPeek())) {
-        *error = 4;
+        *error = kPPErr_HexWithoutDigits;
         return kPPScan_None;
     }
     SkipWhile(isDigit);
@@ -335,7 +336,7 @@ int PP_CScanner::PrivFixedSuffix(int token, int* error) {
         int c = CookedPeekChar();
         bool& seen = (c == 'u' || c == 'U') ? sawUnsigned : sawLong;
         if (c != 'u' && c != 'U' && c != 'l' && c != 'L')
-            return isIdentOrDigit(c) ? badNumber(error) : token;
+            return isidentchar(c) ? badNumber(error) : token;
         if (seen)
             return badNumber(error);
         seen = true;
@@ -372,7 +373,7 @@ int PP_CScanner::PrivFloatSuffix(int* error) {
         token = kPPScan_LongDouble;
     if (token != kPPScan_Double)
         c = PrivSkipAndPeek();
-    return isIdentOrDigit(c) ? badNumber(error) : token;
+    return isidentchar(c) ? badNumber(error) : token;
 }
 
 int PP_CScanner::PrivPunctuation(int c, int* error) {
@@ -412,7 +413,7 @@ int PP_CScanner::PrivPunctuation(int c, int* error) {
             return kPPScan_Dot;
         if (PrivSkipAndPeek() == '.')
             return take(kPPScan_Ellipsis);
-        *error = 7;
+        *error = kPPErr_UnknownToken;
         return kPPScan_None;
     case '/':
         if (next == '*' || (next == '/' && !fNoLineComments)) {
@@ -507,6 +508,6 @@ bool PP_CScanner::ReadUTF8Signature(int* error) {
         PrivSkipChar();
         return true;
     }
-    *error = 39;
+    *error = kPPErr_BadUTF8Signature;
     return false;
 }

@@ -93,6 +93,8 @@ bool isEOL(int c);
 bool iswhite(int c);
 bool isident(int c);
 bool isodigit(int c);
+// A character that may stand inside an identifier: an identifier start or a digit.
+bool isidentchar(int c);
 
 // Whether `byte` starts a double-byte character in a literal of the given token type.
 bool IsLeadingByte(int byte, int token);
