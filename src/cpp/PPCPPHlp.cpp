@@ -1,0 +1,608 @@
+#include "PPCPPHlp.h"
+
+#include <cstring>
+#include <new>
+
+#include "Assertion.h"
+#include "PPCPP.h"
+#include "PPInput.h"
+#include "cpp5.h"
+
+namespace {
+
+bool isSpaceToken(int token) {
+    return token == kPPScan_EOL || token == kPPScan_White || token == kPPScan_Comment;
+}
+
+bool isWord(PP_CTextReader text, char const* word) {
+    unsigned long length = std::strlen(word);
+    return text.Readable() == length && std::memcmp(text.GetReadPtr(), word, length) == 0;
+}
+
+bool endsInIdentChar(PP_CTextWriter const* writer) {
+    return writer->Readable() != 0 && isidentchar(static_cast<unsigned char>(writer->GetWritePtr()[-1]));
+}
+
+// Reads the index byte behind a kPP_MacroParam. A NUL there ends the text and is not passed.
+unsigned paramIndex(char const*& textPtr, PP_MacroBody const* aMacroBody) {
+    unsigned char indexByte = static_cast<unsigned char>(*textPtr);
+    if (indexByte != 0)
+        ++textPtr;
+    unsigned formalIndex = static_cast<unsigned char>(indexByte - kPP_MacroIndexBias);
+    VELOR_ASSERT(formalIndex < static_cast<unsigned>(aMacroBody->fParamCount));
+    return formalIndex;
+}
+
+// The position of `name` in a comma-separated list of formals, or -1.
+int formalIndex(char const* formals, PP_CTextReader name) {
+    unsigned long length = name.Readable();
+    int index = 0;
+    for (char const* formal = formals;; ++index) {
+        if (std::strncmp(formal, name.GetReadPtr(), length) == 0 && (formal[length] == 0 || formal[length] == ','))
+            return index;
+        formal = std::strchr(formal, ',');
+        if (formal == nullptr)
+            return -1;
+        ++formal;
+    }
+}
+
+} // namespace
+
+PP_CPPHelper::PP_CPPHelper(PP_CPP* pp, PP_CMemoryManager* memory, PP_CMacroTable* macroTable, PP_CScanner* scanner)
+    : fPP(pp), fMemory(memory), fMacroTable(macroTable), fCurScanner(scanner) {}
+
+PP_CPPHelper::~PP_CPPHelper() { fMemory->FreePerm(fScratch.GetStart()); }
+
+int PP_CPPHelper::GetCookedToken(int* error) {
+    for (;;) {
+        int token = GetRawToken(error);
+        if (*error != 0 || token != kPPScan_Ident || CookedPeekChar() == kPP_MacroNoExpand)
+            return token;
+        PP_CTextReader name = GetTokenText();
+        PP_MacroBody* body = fMacroTable->LookupMacro(name.GetReadPtr(), name.Readable());
+        if (body == nullptr || body->fMacroText == nullptr)
+            return token;
+        PP_MacroLink* link = fPP->GetInputSrc()->fMacroLink;
+        if (HasBeenExpanded(body, link))
+            return token;
+        bool expanded;
+        PP_CTextReader text = ExpandMacroBody(fCurScanner, body, link, &expanded, true);
+        // The new input carries the chain of the text around the call, not this macro.
+        PP_CInput* input = fMemory->AllocInput(text.GetReadPtr(), text.Readable());
+        input->fMacroLink = link;
+        fPP->PushInput(input);
+        if (!expanded)
+            return GetRawToken(error);
+    }
+}
+
+bool PP_CPPHelper::HasBeenExpanded(PP_MacroBody* body, PP_MacroLink* link) {
+    for (; link != nullptr; link = link->fNext) {
+        if (link->fBody == body)
+            return true;
+    }
+    return false;
+}
+
+PP_CTextReader PP_CPPHelper::ExpandMacroBody(PP_CScanner* scanner, PP_MacroBody* body, PP_MacroLink* link,
+                                             bool* expanded, bool allowPop) {
+    *expanded = true;
+    switch (body->fMacroType) {
+    case kPP_MacroSpecial: return ExpandSpecialMacro(body, link);
+    case kPP_MacroObject: return ExpandObjectMacro(body, link);
+    case kPP_MacroFunction: break;
+    default: VELOR_ASSERT(false);
+    }
+    bool sawSpace = SkipToCallParenthesis(scanner, allowPop);
+    if (scanner->CookedPeekChar() == '(')
+        return ExpandFunctionMacro(scanner, body, link, allowPop);
+    *expanded = false;
+    return NameStandingForItself(body, sawSpace);
+}
+
+// Crosses white space, comments and line ends between a function-like name and its '('. With
+// `allowPop` the search also leaves the end of macro text and of an included file.
+bool PP_CPPHelper::SkipToCallParenthesis(PP_CScanner* scanner, bool allowPop) {
+    bool sawSpace = false;
+    for (;;) {
+        bool skippedBlanks = scanner->SkipBlanksToEOL();
+        bool skippedComment = scanner->SkipComment();
+        if (skippedBlanks || skippedComment) {
+            sawSpace = true;
+            continue;
+        }
+        int c = scanner->CookedPeekChar();
+        if (isEOL(c)) {
+            sawSpace = true;
+            scanner->SkipChar();
+            continue;
+        }
+        if (c != -1 || !allowPop || fPP->AtEOF())
+            return sawSpace;
+        fPP->PopInput();
+        if (!fPP->AtEOF()) {
+            PP_CInput* top = fPP->GetInputSrc();
+            scanner->SetLineno(top->fSavedLineno);
+            scanner->SetCharPos(top->fSavedCharPos);
+        }
+    }
+}
+
+// A function-like name without a call. One blank stands for whatever space was skipped.
+PP_CTextReader PP_CPPHelper::NameStandingForItself(PP_MacroBody* body, bool sawSpace) {
+    unsigned long length = std::strlen(body->fName);
+    PP_CTextWriter writer(static_cast<char*>(fMemory->AllocTemp(length + 2)), length + 1);
+    PP_CWriterTemp out(fMemory, &writer);
+    out.AddString(body->fName);
+    if (sawSpace)
+        out.AddChar(' ');
+    return PP_CTextReader(writer);
+}
+
+// A special macro's text is its function's answer and is not rescanned.
+PP_CTextReader PP_CPPHelper::ExpandSpecialMacro(PP_MacroBody* body, PP_MacroLink*) {
+    return fPP->DoSpecialMacro(body->fMacroText);
+}
+
+PP_CTextReader PP_CPPHelper::ExpandObjectMacro(PP_MacroBody* body, PP_MacroLink* link) {
+    PP_CTextReader text(body->fMacroText, std::strlen(body->fMacroText));
+    return ExpandMacroText(text, PP_MacroLink::Alloc(fMemory, body, link));
+}
+
+// Expands every macro in `text`. An identifier of a macro that is in the chain gets the
+// no-expand mark behind it, so that it is never expanded again in whatever text it reaches.
+PP_CTextReader PP_CPPHelper::ExpandMacroText(PP_CTextReader text, PP_MacroLink* link) {
+    PP_CScanner local(&text);
+    PP_CTextWriter writer(nullptr, 0);
+    PP_CWriterTemp out(fMemory, &writer);
+    for (;;) {
+        int error;
+        int token = local.GetNextToken(&error);
+        if (token == kPPScan_EOF)
+            break;
+        PP_CTextReader tokenText = local.GetTokenText();
+        PP_MacroBody* body = nullptr;
+        if (token == kPPScan_Ident && local.CookedPeekChar() != kPP_MacroNoExpand)
+            body = fMacroTable->LookupMacro(tokenText.GetReadPtr(), tokenText.Readable());
+        if (body == nullptr || body->fMacroText == nullptr) {
+            out.AddText(tokenText);
+        } else if (HasBeenExpanded(body, link)) {
+            out.AddText(tokenText);
+            out.AddChar(kPP_MacroNoExpand);
+        } else {
+            bool expanded;
+            out.AddText(ExpandMacroBody(&local, body, link, &expanded, false));
+        }
+    }
+    return PP_CTextReader(writer);
+}
+
+PP_CTextReader PP_CPPHelper::ExpandFunctionMacro(PP_CScanner* scanner, PP_MacroBody* body, PP_MacroLink* link,
+                                                 bool allowPop) {
+    PP_CTextReader* actuals = GetMacroActuals(scanner, body, allowPop);
+    PP_CTextReader* expanded = ExpandActuals(actuals, body, link);
+    PP_CTextWriter writer(nullptr, 0);
+    PP_CWriterTemp out(fMemory, &writer);
+    for (char const* textPtr = body->fMacroText; *textPtr != 0;) {
+        char c = *textPtr++;
+        switch (c) {
+        case kPP_MacroParam: {
+            unsigned index = paramIndex(textPtr, body);
+            // An operand of ## is substituted as written.
+            out.AddText(*textPtr == kPP_MacroPaste ? actuals[index] : expanded[index]);
+            break;
+        }
+        case kPP_MacroStringize:
+            VELOR_ASSERT_TEXT("*textPtr == kPP_MacroParam", *textPtr == kPP_MacroParam);
+            ++textPtr;
+            Stringize(out, actuals[paramIndex(textPtr, body)]);
+            break;
+        case kPP_MacroPaste:
+            // Without a parameter behind it the code just vanishes, which joins its neighbours.
+            if (*textPtr == kPP_MacroParam) {
+                ++textPtr;
+                PasteActual(out, actuals[paramIndex(textPtr, body)]);
+            }
+            break;
+        case kPP_MacroEscape:
+            if (*textPtr != 0)
+                out.AddChar(*textPtr++ - kPP_MacroIndexBias);
+            break;
+        default: out.AddChar(c);
+        }
+    }
+    return ExpandMacroText(PP_CTextReader(writer), PP_MacroLink::Alloc(fMemory, body, link));
+}
+
+// The right operand of ##. When it continues an identifier, a no-expand mark behind its first
+// identifier is dropped, so that the joined name can be expanded.
+void PP_CPPHelper::PasteActual(PP_CWriterHelper& out, PP_CTextReader actual) {
+    if (endsInIdentChar(out)) {
+        while (!actual.IsEOF()) {
+            int c = actual.GetChar();
+            if (c == kPP_MacroNoExpand)
+                break;
+            out.AddChar(c);
+            if (!isidentchar(c))
+                break;
+        }
+    }
+    out.AddText(actual);
+}
+
+PP_CTextReader* PP_CPPHelper::AllocReaderTable(unsigned long count) {
+    PP_CTextReader* table = static_cast<PP_CTextReader*>(fMemory->AllocTemp(count * sizeof(PP_CTextReader)));
+    for (unsigned long i = 0; i < count; ++i)
+        new (&table[i]) PP_CTextReader();
+    return table;
+}
+
+// Reads the arguments of a call, the scanner standing on its '('. Each argument loses its
+// leading and trailing space, and each inner run of space becomes one blank. Directives are
+// not recognised here: a '#' is plain text.
+PP_CTextReader* PP_CPPHelper::GetMacroActuals(PP_CScanner* scanner, PP_MacroBody* body, bool allowPop) {
+    unsigned long const count = static_cast<unsigned long>(body->fParamCount);
+    PP_CTextReader* actuals = AllocReaderTable(count);
+    PP_CTextWriter writer(nullptr, 0);
+    PP_CWriterTemp out(fMemory, &writer);
+    scanner->SkipChar();
+    int depth = 1;
+    bool atStart = true;
+    bool pendingSpace = false;
+    bool tooMany = false;
+    bool sawText = false;
+    unsigned long filled = 0;
+    do {
+        int error;
+        int token = scanner->GetNextToken(&error);
+        bool const space = isSpaceToken(token);
+        if (space) {
+            pendingSpace = pendingSpace || !atStart;
+        } else if (token == kPPScan_LParen || token == kPPScan_RParen) {
+            depth += token == kPPScan_LParen ? 1 : -1;
+            atStart = false;
+        } else if (token == kPPScan_Comma) {
+            atStart = atStart || depth == 1;
+        } else {
+            atStart = false;
+        }
+        if (token == kPPScan_EOF) {
+            if (fPP->AtEOF() || !allowPop)
+                break;
+            fPP->PopInput();
+            continue;
+        }
+        if (depth != 0 && !(token == kPPScan_Comma && depth == 1)) {
+            if (!space) {
+                if (pendingSpace)
+                    out.AddChar(' ');
+                out.AddText(scanner->GetTokenText());
+                atStart = false;
+                pendingSpace = false;
+            }
+            continue;
+        }
+        sawText = sawText || writer.Readable() != 0;
+        if (filled < count) {
+            actuals[filled++] = PP_CTextReader(writer);
+        } else if (sawText && !tooMany) {
+            tooMany = true;
+            fPP->Error(kPPErr_TooManyArguments, 1, body->fName);
+        }
+        writer = PP_CTextWriter(nullptr, 0);
+    } while (depth != 0);
+    if (depth != 0)
+        fPP->Error(kPPErr_CallWithoutClose, 1, body->fName);
+    if (filled < count)
+        fPP->Error(kPPErr_TooFewArguments, 1, body->fName);
+    return actuals;
+}
+
+// Arguments are expanded with the chain of the call: the macro itself may be used in them.
+PP_CTextReader* PP_CPPHelper::ExpandActuals(PP_CTextReader* actuals, PP_MacroBody* body, PP_MacroLink* link) {
+    unsigned long const count = static_cast<unsigned long>(body->fParamCount);
+    PP_CTextReader* expanded = AllocReaderTable(count);
+    for (unsigned long i = 0; i < count; ++i) {
+        if (actuals[i].Readable() != 0)
+            expanded[i] = ExpandMacroText(actuals[i], link);
+    }
+    return expanded;
+}
+
+// Quotes are escaped everywhere, backslashes only inside a string or character literal.
+void PP_CPPHelper::Stringize(PP_CTextWriter* writer, PP_CTextReader text) {
+    PP_CWriterTemp out(fMemory, writer);
+    out.AddChar('"');
+    int quote = 0;
+    while (!text.IsEOF()) {
+        int c = text.GetChar();
+        if (c == '"' || (c == '\\' && quote != 0))
+            out.AddChar('\\');
+        if (c == '"' || c == '\'') {
+            if (quote == 0)
+                quote = c;
+            else if (quote == c)
+                quote = 0;
+        }
+        out.AddChar(c);
+    }
+    out.AddChar('"');
+}
+
+bool PP_CPPHelper::AtLineEnd() {
+    int c = CookedPeekChar();
+    return c == -1 || isEOL(c);
+}
+
+// The next raw token of a macro body. False at the end of the line, and for a bad token,
+// whose message code is then left in `code`.
+bool PP_CPPHelper::NextBodyToken(int* token, int* code) {
+    *code = kPPErr_None;
+    if (AtLineEnd())
+        return false;
+    *token = GetRawToken(code);
+    return *code == kPPErr_None;
+}
+
+char* PP_CPPHelper::CopyToScratch(PP_CTextReader text) {
+    fScratch.ReWrite();
+    fScratchWriter.AddText(text);
+    fScratchWriter.AddChar(0);
+    return fScratch.GetStart();
+}
+
+void PP_CPPHelper::DoDefine() {
+    SkipCommentsToEOL();
+    if (!isident(CookedPeekChar())) {
+        fPP->Error(kPPErr_DefineWithoutName, 0);
+        SkipTokensAndEOL();
+        return;
+    }
+    int error;
+    GetRawToken(&error);
+    PP_CTextReader name = GetTokenText();
+    PP_MacroBody* body = fMacroTable->LookupMacro(name.GetReadPtr(), name.Readable());
+    if (isWord(name, "defined") || (body != nullptr && !body->fCanRedefine)) {
+        fPP->Error(kPPErr_DefineNotAllowed, 0);
+        SkipTokensAndEOL();
+        return;
+    }
+    PP_MacroType type = CookedPeekChar() == '(' ? kPP_MacroFunction : kPP_MacroObject;
+    if (body == nullptr) {
+        body = fMacroTable->EnterMacro(CopyToScratch(name), type, true);
+    } else if (body->fMacroText == nullptr) {
+        body->fMacroType = type;
+    } else if (body->fMacroType != type) {
+        fPP->Error(kPPErr_Redefinition, 1, body->fName);
+        SkipTokensAndEOL();
+        return;
+    }
+    if (type == kPP_MacroFunction) {
+        DefineFunctionMacro(body);
+        return;
+    }
+    // After this report the rest of the line is read as source text.
+    int code = DefineObjectMacro(body);
+    if (code != kPPErr_None)
+        fPP->Error(code, 1, body->fName);
+}
+
+// An object-like body is normalised to single blanks between tokens, and its ## joins the
+// neighbours here and now.
+int PP_CPPHelper::DefineObjectMacro(PP_MacroBody* body) {
+    bool first = true;
+    bool afterPaste = false;
+    bool space = false;
+    fScratch.ReWrite();
+    int token;
+    int code;
+    while (NextBodyToken(&token, &code)) {
+        if (token == kPPScan_White || token == kPPScan_Comment) {
+            space = space || !first;
+            continue;
+        }
+        if (token == kPPScan_PoundPound) {
+            // A leading ## is reported with the message of '#'.
+            if (first || afterPaste)
+                return kPPErr_StringizeWithoutParameter;
+            SkipCommentsToEOL();
+            first = false;
+            space = false;
+            afterPaste = true;
+            continue;
+        }
+        if (space)
+            fScratchWriter.AddChar(' ');
+        fScratchWriter.AddText(GetTokenText());
+        first = false;
+        afterPaste = false;
+        space = SkipCommentsToEOL();
+    }
+    if (code != kPPErr_None)
+        return code;
+    SkipTokensAndEOL();
+    if (afterPaste)
+        return kPPErr_PasteAtEdge;
+    fScratchWriter.AddChar(0);
+    if (body->fMacroText != nullptr)
+        return std::strcmp(body->fMacroText, fScratch.GetStart()) == 0 ? kPPErr_None : kPPErr_Redefinition;
+    body->fFormals = nullptr;
+    body->fMacroText = fMemory->SaveStringPerm(fScratch.GetStart());
+    body->fParamCount = -1;
+    return kPPErr_None;
+}
+
+void PP_CPPHelper::DefineFunctionMacro(PP_MacroBody* body) {
+    bool const hadOld = body->fMacroText != nullptr;
+    char* newFormals = nullptr;
+    char* newMacroText = nullptr;
+    short count = 0;
+    int code = ReadMacroFormals(&newFormals, &count);
+    if (code == kPPErr_None) {
+        SkipCommentsToEOL();
+        if (AtLineEnd())
+            newMacroText = fMemory->SaveStringPerm("");
+        else
+            code = ReadMacroText(newFormals, &newMacroText);
+    }
+    if (code == kPPErr_None) {
+        VELOR_ASSERT_TEXT("newMacroText != 0", newMacroText != nullptr);
+        VELOR_ASSERT_TEXT("newFormals != 0", newFormals != nullptr);
+        if (hadOld) {
+            VELOR_ASSERT_TEXT("oldMacroText != 0 && oldFormals != 0",
+                              body->fMacroText != nullptr && body->fFormals != nullptr);
+            // Renaming a parameter makes a different definition.
+            if (std::strcmp(body->fFormals, newFormals) != 0 || std::strcmp(body->fMacroText, newMacroText) != 0)
+                code = kPPErr_Redefinition;
+        }
+    }
+    if (!hadOld && code == kPPErr_None) {
+        body->fFormals = newFormals;
+        body->fMacroText = newMacroText;
+        body->fParamCount = count;
+    } else {
+        if (code != kPPErr_None)
+            fPP->Error(code, 1, body->fName);
+        fMemory->FreePerm(newFormals);
+        fMemory->FreePerm(newMacroText);
+    }
+    SkipTokensAndEOL();
+}
+
+// The scanner stands on the '('. A trailing comma is accepted and stays in the list.
+int PP_CPPHelper::ReadMacroFormals(char** formals, short* count) {
+    SkipChar();
+    fScratch.ReWrite();
+    int code = kPPErr_None;
+    short found = 0;
+    for (;;) {
+        SkipCommentsToEOL();
+        int c = CookedPeekChar();
+        if (c == ')')
+            break;
+        if (!isident(c)) {
+            code = kPPErr_BadParameterName;
+            break;
+        }
+        ++found;
+        int error;
+        GetRawToken(&error);
+        fScratchWriter.AddText(GetTokenText());
+        SkipCommentsToEOL();
+        if (CookedPeekChar() != ',')
+            break;
+        SkipChar();
+        SkipCommentsToEOL();
+        fScratchWriter.AddChar(',');
+    }
+    fScratchWriter.AddChar(0);
+    *formals = fMemory->SaveStringPerm(fScratch.GetStart());
+    *count = found;
+    if (code == kPPErr_None) {
+        if (CookedPeekChar() == ')')
+            SkipChar();
+        else
+            code = kPPErr_BadParameterSeparator;
+    }
+    return code;
+}
+
+// Prepares a function-like body: parameters become kPP_MacroParam and their index, '#' and
+// '##' become their control codes, and space is normalised to single blanks.
+int PP_CPPHelper::ReadMacroText(char const* formals, char** text) {
+    bool first = true;
+    bool afterHash = false;
+    bool afterPaste = false;
+    bool space = false;
+    fScratch.ReWrite();
+    int token;
+    int code;
+    while (NextBodyToken(&token, &code)) {
+        switch (token) {
+        case kPPScan_White:
+        case kPPScan_Comment: space = !(afterHash || afterPaste || first); break;
+        case kPPScan_Ident: {
+            if (space && !afterHash)
+                fScratchWriter.AddChar(' ');
+            int index = formalIndex(formals, GetTokenText());
+            if (index >= 0) {
+                fScratchWriter.AddChar(kPP_MacroParam);
+                fScratchWriter.AddChar(index + kPP_MacroIndexBias);
+            } else {
+                fScratchWriter.AddText(GetTokenText());
+            }
+            first = afterHash = afterPaste = false;
+            space = SkipCommentsToEOL();
+            break;
+        }
+        case kPPScan_Pound:
+            if (afterHash || afterPaste)
+                return kPPErr_StringizeWithoutParameter;
+            if (space)
+                fScratchWriter.AddChar(' ');
+            fScratchWriter.AddChar(kPP_MacroStringize);
+            SkipCommentsToEOL();
+            first = false;
+            afterHash = true;
+            break;
+        case kPPScan_PoundPound:
+            if (afterHash)
+                return kPPErr_StringizeWithoutParameter;
+            if (first)
+                return kPPErr_PasteAtEdge;
+            fScratchWriter.AddChar(kPP_MacroPaste);
+            SkipCommentsToEOL();
+            first = false;
+            space = false;
+            afterPaste = true;
+            break;
+        default:
+            if (space)
+                fScratchWriter.AddChar(' ');
+            if (afterHash)
+                return kPPErr_StringizeWithoutParameter;
+            fScratchWriter.AddText(GetTokenText());
+            first = afterHash = afterPaste = false;
+            space = SkipCommentsToEOL();
+        }
+    }
+    if (code != kPPErr_None)
+        return code;
+    fScratchWriter.AddChar(0);
+    *text = fMemory->SaveStringPerm(fScratch.GetStart());
+    return afterHash ? kPPErr_StringizeWithoutParameter : kPPErr_None;
+}
+
+void PP_CPPHelper::DoUndef() {
+    SkipCommentsToEOL();
+    if (isident(CookedPeekChar())) {
+        int error;
+        GetRawToken(&error);
+        char* name = CopyToScratch(GetTokenText());
+        if (!fMacroTable->UndefineMacro(name))
+            fPP->Error(kPPErr_UndefNotAllowed, 1, name);
+    } else {
+        fPP->Error(kPPErr_UndefWithoutName, 0);
+    }
+    SkipTokensAndEOL();
+}
+
+bool PP_CPPHelper::SkipCommentsToEOL() {
+    bool skipped = false;
+    for (;;) {
+        bool skippedBlanks = fCurScanner->SkipBlanksToEOL();
+        bool skippedComment = fCurScanner->SkipComment();
+        if (!skippedBlanks && !skippedComment)
+            return skipped;
+        skipped = true;
+    }
+}
+
+void PP_CPPHelper::SkipTokensAndEOL() {
+    int error;
+    int token;
+    do
+        token = GetRawToken(&error);
+    while (token != kPPScan_EOL && token != kPPScan_EOF);
+}

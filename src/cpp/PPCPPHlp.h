@@ -1,0 +1,70 @@
+#ifndef PPCPPHLP_H
+#define PPCPPHLP_H
+
+#include "PPMacTbl.h"
+#include "PPScan.h"
+#include "PPText.h"
+
+class PP_CPP;
+
+// The macro machinery of the preprocessor: #define and #undef, the preparation of replacement
+// text, and expansion. Expansion is text to text: a call is expanded completely into temp
+// memory, everything inside it expanded recursively, and the result pushed as a new input.
+class PP_CPPHelper {
+public:
+    PP_CPPHelper(PP_CPP* pp, PP_CMemoryManager* memory, PP_CMacroTable* macroTable, PP_CScanner* scanner);
+    PP_CPPHelper(PP_CPPHelper const&) = delete;
+    PP_CPPHelper& operator=(PP_CPPHelper const&) = delete;
+    ~PP_CPPHelper();
+
+    int GetRawToken(int* error) { return fCurScanner->GetNextToken(error); }
+    PP_CTextReader GetTokenText() { return fCurScanner->GetTokenText(); }
+    int CookedPeekChar() { return fCurScanner->CookedPeekChar(); }
+    int CookedGetChar() { return fCurScanner->CookedGetChar(); }
+    void SkipChar() { fCurScanner->SkipChar(); }
+    // The next token with macro calls resolved.
+    int GetCookedToken(int* error);
+
+    static bool HasBeenExpanded(PP_MacroBody* body, PP_MacroLink* link);
+    PP_CTextReader ExpandMacroBody(PP_CScanner* scanner, PP_MacroBody* body, PP_MacroLink* link, bool* expanded,
+                                   bool allowPop);
+    PP_CTextReader ExpandSpecialMacro(PP_MacroBody* body, PP_MacroLink* link);
+    PP_CTextReader ExpandObjectMacro(PP_MacroBody* body, PP_MacroLink* link);
+    PP_CTextReader ExpandFunctionMacro(PP_CScanner* scanner, PP_MacroBody* body, PP_MacroLink* link, bool allowPop);
+    PP_CTextReader ExpandMacroText(PP_CTextReader text, PP_MacroLink* link);
+    PP_CTextReader* GetMacroActuals(PP_CScanner* scanner, PP_MacroBody* body, bool allowPop);
+    PP_CTextReader* ExpandActuals(PP_CTextReader* actuals, PP_MacroBody* body, PP_MacroLink* link);
+    void Stringize(PP_CTextWriter* writer, PP_CTextReader text);
+
+    // Both are called with the scanner just behind the directive's word.
+    void DoDefine();
+    void DoUndef();
+    void DefineFunctionMacro(PP_MacroBody* body);
+    // These answer a message code, 0 for success.
+    int DefineObjectMacro(PP_MacroBody* body);
+    int ReadMacroFormals(char** formals, short* count);
+    int ReadMacroText(char const* formals, char** text);
+
+    // Skips blanks and comments but not the line end; true if anything was skipped.
+    bool SkipCommentsToEOL();
+    // Reads raw tokens up to and including the line end or the end of input.
+    void SkipTokensAndEOL();
+
+private:
+    bool AtLineEnd();
+    bool NextBodyToken(int* token, int* code);
+    bool SkipToCallParenthesis(PP_CScanner* scanner, bool allowPop);
+    PP_CTextReader NameStandingForItself(PP_MacroBody* body, bool sawSpace);
+    PP_CTextReader* AllocReaderTable(unsigned long count);
+    void PasteActual(PP_CWriterHelper& out, PP_CTextReader actual);
+    char* CopyToScratch(PP_CTextReader text);
+
+    PP_CPP* fPP;
+    PP_CMemoryManager* fMemory;
+    PP_CMacroTable* fMacroTable;
+    PP_CScanner* fCurScanner;
+    PP_CTextWriter fScratch{nullptr, 0};
+    PP_CWriterPerm fScratchWriter{fMemory, &fScratch};
+};
+
+#endif

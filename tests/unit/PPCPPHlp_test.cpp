@@ -1,0 +1,122 @@
+#include "PPTestPreprocessor.h"
+
+namespace {
+
+using PPCPPHlp = PPPreprocessorTest;
+
+TEST_F(PPCPPHlp, ObjectAndFunctionMacros) {
+    EXPECT_EQ(expand("#define X (1)\n#define f(a, b) b a\nX f(x, y) f((p, q), r)"), "( 1 ) y x r ( p , q )");
+    EXPECT_EQ(macroText("X"), "(1)");
+    EXPECT_EQ(expand("#define E\n#define g() G\n#define h(a) [a]\nE g() h() h( ) E"), "G [ ] [ ]");
+    EXPECT_TRUE(messages().empty());
+}
+
+TEST_F(PPCPPHlp, DefinitionsAreNormalised) {
+    expand("#define X  a /* c */  +\tb   // d\n#define P a ## b\n#define F(x, y) ( x )##y # x\n");
+    EXPECT_EQ(macroText("X"), "a + b");
+    EXPECT_EQ(macroText("P"), "ab");
+    EXPECT_EQ(macroText("F"), std::string("( \x01\x05 )\x03\x01\x06 \x02\x01\x05"));
+    // The same text after changes of space only is no redefinition; a different one is.
+    expand("#define X a\t+  b\n#define X a /**/ + b\n#define X a - b\n#define F( x , y ) ( x ) ## y # x\n"
+           "#define F(p, y) ( p )##y # p");
+    EXPECT_EQ(macroText("X"), "a + b");
+    EXPECT_EQ(messages(), (std::vector<PPMessage>{{kPPErr_Redefinition, "X"}, {kPPErr_Redefinition, "F"}}));
+}
+
+TEST_F(PPCPPHlp, BadDefinitionsAreReported) {
+    struct Case {
+        char const* text;
+        PPMessage message;
+    } const cases[] = {
+        {"#define X ## a\n", {kPPErr_StringizeWithoutParameter, "X"}},
+        {"#define X a ##\n", {kPPErr_PasteAtEdge, "X"}},
+        {"#define f(x) ## x\n", {kPPErr_PasteAtEdge, "f"}},
+        {"#define f(x) # ## x\n", {kPPErr_StringizeWithoutParameter, "f"}},
+        {"#define f(x) #\n", {kPPErr_StringizeWithoutParameter, "f"}},
+        {"#define f(x) # 1\n", {kPPErr_StringizeWithoutParameter, "f"}},
+        {"#define f(\n", {kPPErr_BadParameterName, "f"}},
+        {"#define f(...) x\n", {kPPErr_BadParameterName, "f"}},
+        {"#define f(a b) x\n", {kPPErr_BadParameterSeparator, "f"}},
+        {"#define\n", {kPPErr_DefineWithoutName, ""}},
+        {"#define 1\n", {kPPErr_DefineWithoutName, ""}},
+        {"#undef\n", {kPPErr_UndefWithoutName, ""}},
+        {"#define O 1\n#define O(a) a\n", {kPPErr_Redefinition, "O"}},
+    };
+    for (Case const& c : cases) {
+        pp->fMessages.clear();
+        expand(c.text);
+        EXPECT_EQ(messages(), std::vector<PPMessage>{c.message}) << c.text;
+    }
+    pp->fMessages.clear();
+    expand("#define f(x) x ##\n#define t(a,) a\n");
+    EXPECT_TRUE(messages().empty());
+    EXPECT_EQ(macroText("t"), "\x01\x05");
+}
+
+TEST_F(PPCPPHlp, AMacroIsNotExpandedInsideItself) {
+    EXPECT_EQ(expand("#define foo foo\nfoo"), "foo");
+    EXPECT_EQ(expand("#define a b\n#define b a\na b"), "a b");
+    // The marked name reaches the outer text and stays unexpanded even before a parenthesis.
+    EXPECT_EQ(expand("#define g(x) x g\ng(1)(2)"), "1 g ( 2 )");
+    EXPECT_EQ(expand("#define h(x) x\nh(h(1))"), "1");
+}
+
+TEST_F(PPCPPHlp, ExpansionIsRescannedWithTheFollowingText) {
+    EXPECT_EQ(expand("#define f(x) <x>\n#define g f\ng(1)"), "< 1 >");
+    EXPECT_EQ(expand("f\n(2)"), "< 2 >");
+    std::vector<PPToken> result = tokens("#define k(x) x\nk /* c */ + k");
+    ASSERT_EQ(result.size(), 3u);
+    EXPECT_EQ(result[0].text, "k");
+    EXPECT_EQ(result[2].text, "k");
+}
+
+TEST_F(PPCPPHlp, AFunctionNameWithoutCallKeepsOneBlank) {
+    pp->PushFile("#define f(x) x\nf /* a */ \n\n;");
+    std::string text;
+    int error;
+    for (int type = pp->GetNextToken(&error); type != kPPScan_EOF; type = pp->GetNextToken(&error)) {
+        PP_CTextReader t = pp->GetTokenText();
+        text += std::string(t.GetReadPtr(), t.Readable()) + "|";
+    }
+    EXPECT_EQ(text, "f| |;|");
+}
+
+TEST_F(PPCPPHlp, StringizeAndPaste) {
+    EXPECT_EQ(expand("#define S(x) #x\nS( a  \"b\\n\"   c ) S('\"' \\n) S()"), "\"a \\\"b\\\\n\\\" c\" \"'\\\"' \\n\" \"\"");
+    EXPECT_EQ(expand("#define J(a,b) a##b\n#define xy done\n#define y z\nJ(x,y) J(x, q) J(1,2) J(,)"), "done xq 12");
+    EXPECT_EQ(expand("#define K(a) a##__LINE__\nK(k) K()"), "k__LINE__ 2");
+}
+
+TEST_F(PPCPPHlp, PasteUnmarksTheJoinedName) {
+    EXPECT_EQ(expand("#define self self\n#define J(a,b) a##b\n#define pself P\nJ(p,self)"), "P");
+}
+
+TEST_F(PPCPPHlp, ArgumentListsAndTheirMessages) {
+    EXPECT_EQ(expand("#define f(a,b) [a|b]\nf(1,2,3) f(\"(\", ')') f(1)"), "[ 1 | 2 ] [ \"(\" | ')' ] [ 1 | ]");
+    EXPECT_EQ(messages(), (std::vector<PPMessage>{{kPPErr_TooManyArguments, "f"}, {kPPErr_TooFewArguments, "f"}}));
+    pp->fMessages.clear();
+    EXPECT_EQ(expand("f(1,"), "[ 1 | ]");
+    EXPECT_EQ(messages(), (std::vector<PPMessage>{{kPPErr_CallWithoutClose, "f"}, {kPPErr_TooFewArguments, "f"}}));
+    pp->fMessages.clear();
+    EXPECT_EQ(expand("#define n() N\nn(1) n()"), "N N");
+    EXPECT_EQ(messages(), (std::vector<PPMessage>{{kPPErr_TooManyArguments, "n"}}));
+}
+
+TEST_F(PPCPPHlp, ArgumentsSpanLinesAndInputs) {
+    pp->fIncludable["\"a.h\""] = "f(1,\n";
+    std::vector<PPToken> result = tokens("#define f(a,b) a b __LINE__\nf(1,\n2\n) after\n#include \"a.h\"\n2)");
+    ASSERT_EQ(result.size(), 7u);
+    EXPECT_EQ(result[2].text, "4");
+    EXPECT_EQ(result[3].line, 4u);
+    EXPECT_EQ(result[5].text, "2");
+    EXPECT_EQ(result[6].text, "6");
+    EXPECT_EQ(expand("#define g(x) #x\ng( # define X\n)"), "\"# define X\"");
+    EXPECT_TRUE(messages().empty());
+}
+
+TEST_F(PPCPPHlp, UndefKeepsTheRecord) {
+    EXPECT_EQ(expand("#define X 1\n#undef X junk\nX\n#define X 2\nX"), "X 2");
+    EXPECT_TRUE(messages().empty());
+}
+
+} // namespace
