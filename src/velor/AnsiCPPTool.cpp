@@ -1,10 +1,15 @@
 #include "AnsiCPPTool.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
+#include "IncDir.h"
 #include "Msgs.h"
 #include "Options.h"
+#include "PPCPP.h"
+#include "RCScanner.h"
+#include "RCSymTbl.h"
 #include "SearchPath.h"
 #include "TemporaryBuffer.h"
 #include "UniqueNames.h"
@@ -129,6 +134,65 @@ void AnsiCPPTool::DoIncludePathList(char const* list) {
     StoreIncludePath(entry);
 }
 
-// The work of a run starts once the command line has been taken in; until the tool driver is
-// built, a run ends here.
-void AnsiCPPTool::Run() {}
+namespace {
+
+// Environment variables that name further include directories, searched after all others.
+char const* const sEnvironment[] = {"CIncludes", nullptr};
+
+constexpr int kNeedResourceOrType = 32762;
+
+}  // namespace
+
+// The directories of the command line, then the current one, then those of the environment;
+// then each input file in turn. A run stops at the first check after an error.
+void AnsiCPPTool::Run() {
+    Msgs::Spin();
+    gOptions->AddDirectory(":");
+    for (char const* const* name = sEnvironment; *name != nullptr; ++name)
+        if (char const* value = std::getenv(*name)) gOptions->AddDirectories(value);
+    Msgs::ErrorCheck();
+    for (long i = 0; i < gOptions->DirectoryCount(); ++i)
+        if (IncDir* directory = IncDir::FindIncDir(gOptions->GetDirectory(i), true)) gSearchPath->AddDirectory(directory);
+    Msgs::ErrorCheck();
+    if (gOptions->FileCount() == 0) Msgs::Display(Msgs::kFatal, "No input file on command line\n");
+    for (long i = 0; i < gOptions->FileCount(); ++i) CompileFile(gOptions->GetFile(i));
+}
+
+// Everything a file defines lives in the objects made here and goes with them: nothing but the
+// options, the search path and the permanent arena carries over to the next file.
+void AnsiCPPTool::CompileFile(char const* name) {
+    IncFile* incFile = IncFile::FindIncFile(name, true);
+    if (incFile == nullptr) Msgs::Display(Msgs::kFatal, "Could not open file \"%s\"\n", name);
+    {
+        PP_CMemoryManager_Basic memory;
+        PP_CMacroTable_Basic macroTable(&memory);
+        RCSymbolTable symbolTable;
+        RCScanner scanner(&memory, &macroTable, &symbolTable);
+        PP_CInput* input = scanner.ReadFile(incFile, name);
+        if (input == nullptr) Msgs::Display(Msgs::kFatal, "Error while reading file \"%s\"\n", name);
+        Msgs::Display(Msgs::kProgress, "... %s\n", name);
+        scanner.PushInput(input);
+        Compile(&scanner, &macroTable);
+    }
+    Msgs::ErrorCheck();
+}
+
+// The top-level loop. The check at its head stops the run at the first statement boundary after
+// an error, so a file with an error never reaches the output.
+void AnsiCPPTool::Compile(RCScanner* scanner, PP_CMacroTable* macroTable) {
+    for (long i = 0; i < gOptions->MacroCount(); ++i)
+        macroTable->DefineMacro(gOptions->GetMacroName(i), gOptions->GetMacroBody(i), true);
+    scanner->NextToken();
+    for (;;) {
+        Msgs::ErrorCheck();
+        int const token = scanner->TokenType();
+        if (token == kPPScan_EOF) break;
+        if (token == kPPScan_Semicolon) {
+            scanner->NextToken();
+            continue;
+        }
+        scanner->Error(kNeedResourceOrType, 0);
+        scanner->ScanUntil(kPPScan_Semicolon);
+    }
+    Msgs::ErrorCheck();
+}

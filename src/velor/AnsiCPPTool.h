@@ -2,6 +2,9 @@
 
 #include "CmdTool.h"
 
+class PP_CMacroTable;
+class RCScanner;
+
 // The compiler as a command-line tool: its options, the include-path notation of the environment,
 // and the run itself. It owns gOptions and gSearchPath for its lifetime.
 class AnsiCPPTool : public CmdTool {
@@ -21,6 +24,10 @@ public:
     // in double quotes loses its first and last character.
     void DoIncludePathList(char const* list) override;
 
+    // Compiles the file that Run has pushed on the scanner and writes its output.
+    void Compile(RCScanner* scanner, PP_CMacroTable* macroTable);
+
 private:
     void DefineMacro(char const* definition);
+    void CompileFile(char const* name);
 };
