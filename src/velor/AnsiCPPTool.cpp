@@ -8,6 +8,7 @@
 #include "Msgs.h"
 #include "Options.h"
 #include "PPCPP.h"
+#include "RCResourceFile.h"
 #include "RCScanner.h"
 #include "RCSymTbl.h"
 #include "SearchPath.h"
@@ -177,11 +178,13 @@ void AnsiCPPTool::CompileFile(char const* name) {
     Msgs::ErrorCheck();
 }
 
-// The top-level loop. The check at its head stops the run at the first statement boundary after
-// an error, so a file with an error never reaches the output.
+// The top-level loop, then the output. The check at the loop's head stops the run at the first
+// statement boundary after an error, so a file with an error never touches the output. A failed
+// write ends neither the run nor its success.
 void AnsiCPPTool::Compile(RCScanner* scanner, PP_CMacroTable* macroTable) {
     for (long i = 0; i < gOptions->MacroCount(); ++i)
         macroTable->DefineMacro(gOptions->GetMacroName(i), gOptions->GetMacroBody(i), true);
+    RCResourceFile resourceFile(gOptions->GetOutput());
     scanner->NextToken();
     for (;;) {
         Msgs::ErrorCheck();
@@ -195,4 +198,5 @@ void AnsiCPPTool::Compile(RCScanner* scanner, PP_CMacroTable* macroTable) {
         scanner->ScanUntil(kPPScan_Semicolon);
     }
     Msgs::ErrorCheck();
+    resourceFile.WriteFile(nullptr);
 }
