@@ -1,0 +1,461 @@
+#include "RCBindings.h"
+
+#include <algorithm>
+#include <bit>
+#include <cfloat>
+#include <cstdint>
+#include <limits>
+
+#include "Assertion.h"
+#include "RCBindings_Def.h"
+#include "RCExpression.h"
+#include "RCScanner.h"
+#include "RCStringInfo.h"
+#include "UniqueNames.h"
+
+namespace {
+
+enum : int {
+    kMsgFloatNotAligned = 32650,
+    kMsgStringsNotCompatible = 32654,
+    kMsgLabelDefinedTwice = 32658,
+    kMsgNotAutoOrStatic = 32659,
+    kMsgCannotEvaluateAssignment = 32660,
+    kMsgBadWidth = 32740,
+    kMsgStringTruncated = 32755,
+};
+
+enum ApplyFunction : int {
+    kApplyArrayIndex = 0,
+    kApplyBitField = 1,
+    kApplyByte = 2,
+    kApplyLong = 4,
+    kApplyWord = 5,
+};
+
+constexpr int kBitsPerByte = 8;
+constexpr int kValueBits = 64;
+constexpr short kMaxIntegerWidth = 32;
+constexpr short kSingleWidth = 32;
+
+// The 32658 message has the quirk of passing its own text as the argument of its %s.
+constexpr char kLabelDefinedTwiceText[] = "Label '%s' previously defined.\n";
+
+// Shifts that reach past the 64 bits of a value give zero rather than undefined behaviour, so a
+// field wider than a value reads as zeros above it.
+unsigned long shiftRight(unsigned long value, long shift) {
+    return shift >= kValueBits ? 0 : value >> shift;
+}
+
+unsigned long shiftLeft(unsigned long value, long shift) {
+    return shift >= kValueBits ? 0 : value << shift;
+}
+
+// Takes the top bitsRequired bits of the width-bit field held in value, clears them there and
+// narrows the field accordingly.
+unsigned char extractMSBits(unsigned long& value, short& width, short bitsRequired) {
+    VELOR_ASSERT_TEXT("bitsRequired <= aWidth", bitsRequired <= width);
+    short shift = static_cast<short>(width - bitsRequired);
+    unsigned long mask = ((1UL << bitsRequired) - 1) & 0xFF;
+    unsigned char bits = static_cast<unsigned char>(shiftRight(value, shift) & mask);
+    value &= ~shiftLeft(mask, shift);
+    width = shift;
+    return bits;
+}
+
+// The part of a most-significant-bit-first field that falls into one byte: count bits, placed
+// below room free bits of the byte.
+struct BitPiece {
+    long byteIndex;
+    int room;
+    short count;
+
+    int Shift() const { return room - count; }
+    unsigned char Mask() const { return static_cast<unsigned char>(((1U << count) - 1) << Shift()); }
+};
+
+template <class Visit>
+void forEachPiece(long bitPosition, short width, Visit visit) {
+    while (width > 0) {
+        int room = kBitsPerByte - static_cast<int>(bitPosition % kBitsPerByte);
+        short count = static_cast<short>(std::min<int>(width, room));
+        visit(BitPiece{bitPosition / kBitsPerByte, room, count});
+        width = static_cast<short>(width - count);
+        bitPosition += count;
+    }
+}
+
+bool isWholeBytes(long bitPosition, short width) {
+    return width % kBitsPerByte == 0 && bitPosition % kBitsPerByte == 0;
+}
+
+// Bytes of the output that a patch or a read may touch; those outside count as zero and stay so.
+class ByteWindow {
+public:
+    ByteWindow(unsigned char* data, long size) : fData(data), fSize(size) {}
+
+    unsigned char At(long index) const { return Contains(index) ? fData[index] : 0; }
+    void Put(long index, unsigned char byte) {
+        if (Contains(index)) fData[index] = byte;
+    }
+
+private:
+    bool Contains(long index) const { return index >= 0 && index < fSize; }
+
+    unsigned char* fData;
+    long fSize;
+};
+
+ByteWindow windowOver(DataArea& area) {
+    long size = static_cast<long>(area.GetSize());
+    return ByteWindow(size == 0 ? nullptr : reinterpret_cast<unsigned char*>(area.GetData(0)), size);
+}
+
+// A double beyond the range of float becomes the infinity of its sign, as IEEE narrowing does.
+float narrowToFloat(double value) {
+    if (value > FLT_MAX) return std::numeric_limits<float>::infinity();
+    if (value < -FLT_MAX) return -std::numeric_limits<float>::infinity();
+    return static_cast<float>(value);
+}
+
+// The bytes of a float field, little-endian; the count is 4 for width 32 and 8 for any other.
+int floatBytes(double value, short width, unsigned char* bytes) {
+    std::uint64_t bits = width == kSingleWidth ? std::bit_cast<std::uint32_t>(narrowToFloat(value))
+                                               : std::bit_cast<std::uint64_t>(value);
+    int count = width == kSingleWidth ? 4 : 8;
+    for (int i = 0; i < count; ++i) bytes[i] = static_cast<unsigned char>(bits >> (kBitsPerByte * i));
+    return count;
+}
+
+// Byte i of a value, counting from the low-order end; bytes past the value's own eight are zero.
+unsigned char lowOrderByte(unsigned long value, int i) {
+    return static_cast<unsigned char>(shiftRight(value, static_cast<long>(kBitsPerByte) * i));
+}
+
+long signExtend(unsigned long value, int bits) {
+    int unused = kValueBits - bits;
+    return static_cast<long>(value << unused) >> unused;
+}
+
+long readWholeBytes(ByteWindow const& bytes, long byteIndex, short width) {
+    switch (width) {
+    case 8:
+    case 16:
+    case 24:
+    case 32: {
+        unsigned long value = 0;
+        for (int i = 0; i < width / kBitsPerByte; ++i)
+            value |= static_cast<unsigned long>(bytes.At(byteIndex + i)) << (kBitsPerByte * i);
+        return signExtend(value, width);
+    }
+    default:
+        return 0;
+    }
+}
+
+long readBits(ByteWindow const& bytes, long bitPosition, short width) {
+    unsigned long result = 0;
+    forEachPiece(bitPosition, width, [&](BitPiece piece) {
+        unsigned long bits = (bytes.At(piece.byteIndex) >> piece.Shift()) & ((1U << piece.count) - 1);
+        result = shiftLeft(result, piece.count) | bits;
+    });
+    return static_cast<long>(result);
+}
+
+long readValue(ByteWindow const& bytes, long bitPosition, short width) {
+    if (bitPosition < 0) return 0;
+    if (isWholeBytes(bitPosition, width)) return readWholeBytes(bytes, bitPosition / kBitsPerByte, width);
+    return readBits(bytes, bitPosition, width);
+}
+
+void evalArgv(RCScanner* scanner, RCBindings* bindings, int argc, RCExpression** argv, long* values) {
+    VELOR_ASSERT(argc <= kArgMax);
+    for (int i = 0; i < argc; ++i) values[i] = argv[i]->Evaluate(scanner, bindings).AsInteger();
+}
+
+// The value of the expression of a set, auto or static statement, which must be known at once.
+RCNumber eval(RCScanner* scanner, RCBindings* bindings, UniqueStruct* name, RCExpression* expression) {
+    bool isConstant = false;
+    RCPtr<RCExpression> reduced = expression->Reduce(scanner, bindings, isConstant);
+    if (isConstant) return reduced->Evaluate(scanner, bindings);
+    VELOR_ASSERT_TEXT("aScanner != 0", scanner != nullptr);
+    scanner->Error(kMsgCannotEvaluateAssignment, 1, nameOf(name));
+    return RCNumber();
+}
+
+} // namespace
+
+RCBindings::RCBindings(RCSymbolTable* symbolTable, RCResourceFile* resourceFile, unsigned long resType,
+                       unsigned long resID)
+    : fResourceFile(resourceFile),
+      fResType(resType),
+      fResID(resID),
+      fDef(nullptr),
+      fSymbolTable(symbolTable),
+      fData(256, 1024, false),
+      fBit(0),
+      fDescriptionIndent(0),
+      fDescription() {}
+
+RCBindings::~RCBindings() {
+    while (fDef != nullptr) {
+        RCBindings_Def* parent = fDef->Parent();
+        delete fDef;
+        fDef = parent;
+    }
+}
+
+void RCBindings::PushDefn(RCDefinition* definition) {
+    fDef = new RCBindings_Def(this, definition, fSymbolTable, fDef);
+}
+
+void RCBindings::PopDefn(RCScanner* scanner) {
+    RCBindings_Def* frame = RequireDefn();
+    frame->ApplyFixups(scanner);
+    fDef = frame->Parent();
+    delete frame;
+}
+
+RCBindings_Def* RCBindings::RequireDefn() const {
+    VELOR_ASSERT_TEXT("fDef != 0", fDef != nullptr);
+    return fDef;
+}
+
+void* RCBindings::ResourceData() {
+    fData.MacHLock();
+    return fData.GetData(0);
+}
+
+long RCBindings::ResourceSize() const {
+    return static_cast<long>(fData.GetSize());
+}
+
+bool RCBindings::AddValue(RCScanner* scanner, RCNumber const& number, short width, bool isInteger) {
+    RequireDefn();
+    if (isInteger && (width < 0 || width > kMaxIntegerWidth)) {
+        scanner->Error(kMsgBadWidth, 1, static_cast<int>(width));
+        return false;
+    }
+    if (width == 0) return true;
+    if (!isInteger) return AddFloat(scanner, number.AsDouble(), width);
+    unsigned long value = static_cast<unsigned long>(number.AsInteger());
+    if (isWholeBytes(fBit, width))
+        AddWholeBytes(value, width);
+    else
+        AddBits(value, width);
+    return true;
+}
+
+bool RCBindings::AddFloat(RCScanner* scanner, double value, short width) {
+    if (fBit % kBitsPerByte != 0) {
+        scanner->Error(kMsgFloatNotAligned, 0);
+        return false;
+    }
+    unsigned char bytes[8];
+    return AddBytes(scanner, bytes, floatBytes(value, width, bytes));
+}
+
+void RCBindings::AddWholeBytes(unsigned long value, short width) {
+    for (int i = 0; i < width / kBitsPerByte; ++i) fData.PutChar(lowOrderByte(value, i));
+    fBit += width;
+}
+
+void RCBindings::AddBits(unsigned long value, short width) {
+    short remaining = width;
+    forEachPiece(fBit, width, [&](BitPiece piece) {
+        unsigned char bits = static_cast<unsigned char>(extractMSBits(value, remaining, piece.count) << piece.Shift());
+        if (piece.room == kBitsPerByte)
+            fData.PutChar(bits);
+        else
+            *fData.GetData(fData.GetSize() - 1) |= static_cast<char>(bits);
+        fBit += piece.count;
+    });
+}
+
+bool RCBindings::AddValue(RCScanner* scanner, RCExpression* expression, short width, bool isInteger) {
+    RCBindings_Def* frame = RequireDefn();
+    bool isConstant = false;
+    RCPtr<RCExpression> reduced = expression->Reduce(scanner, this, isConstant);
+    if (isConstant) return AddValue(scanner, reduced->Evaluate(scanner, this), width, isInteger);
+    // The field keeps its place as zero bits until the frame is popped.
+    frame->AddFixup(reduced.Release(), fBit, width, isInteger);
+    return AddValue(scanner, RCNumber(0L), width, isInteger);
+}
+
+bool RCBindings::AddBytes(RCScanner* scanner, void const* bytes, long count) {
+    // A negative count comes only from a fixed string with no room at all; it writes nothing.
+    if (count <= 0) return true;
+    Align(scanner, kBitsPerByte);
+    fData.Write(bytes, static_cast<std::uint64_t>(count));
+    fBit += count * kBitsPerByte;
+    return true;
+}
+
+bool RCBindings::AddString(RCScanner* scanner, RCByteString& string, int stringType) {
+    RCStringInfo info(string, stringType);
+    return AddString(scanner, info);
+}
+
+bool RCBindings::AddString(RCScanner* scanner, RCByteString& string, int stringType, long length) {
+    RCStringInfo info(string, stringType, length);
+    return AddString(scanner, info);
+}
+
+bool RCBindings::AddString(RCScanner* scanner, RCStringInfo const& info) {
+    if (!info.IsCompatible()) {
+        scanner->Error(kMsgStringsNotCompatible, 0);
+        return false;
+    }
+    AddBytes(scanner, info.GetLeadingBytes(), info.GetLeadingBytesCount());
+    AddBytes(scanner, info.GetBytes(), info.GetBytesCount());
+    for (short i = 0; i < info.GetPaddingCount(); ++i) AddValue(scanner, RCNumber(0L), kBitsPerByte, true);
+    if (info.IsTruncated()) scanner->Warning(kMsgStringTruncated, 1, info.GetBytesCount());
+    return true;
+}
+
+bool RCBindings::Align(RCScanner* scanner, short width) {
+    if (width <= 0) return true;
+    long pad = width - fBit % width;
+    if (pad == width) return true;
+    return AddValue(scanner, RCNumber(0L), static_cast<short>(pad), true);
+}
+
+bool RCBindings::Fill(RCScanner* scanner, short width, long count, unsigned long value) {
+    RCNumber number(static_cast<long>(value));
+    bool added = true;
+    for (long i = 0; i < count; ++i) added = AddValue(scanner, number, width, true) && added;
+    return added;
+}
+
+void RCBindings::PutValue(long bitPosition, short width, RCNumber const& number, bool isInteger) {
+    PutValue(fData, bitPosition, width, number, isInteger);
+}
+
+void RCBindings::PutValue(DataArea& area, long bitPosition, short width, RCNumber const& number, bool isInteger) {
+    if (bitPosition < 0) return;
+    ByteWindow bytes = windowOver(area);
+    long byteIndex = bitPosition / kBitsPerByte;
+    if (!isInteger) {
+        // A float is patched only where it could have been laid: on a byte boundary.
+        if (bitPosition % kBitsPerByte != 0) return;
+        unsigned char floatData[8];
+        int count = floatBytes(number.AsDouble(), width, floatData);
+        for (int i = 0; i < count; ++i) bytes.Put(byteIndex + i, floatData[i]);
+        return;
+    }
+    unsigned long value = static_cast<unsigned long>(number.AsInteger());
+    if (isWholeBytes(bitPosition, width)) {
+        for (int i = 0; i < width / kBitsPerByte; ++i) bytes.Put(byteIndex + i, lowOrderByte(value, i));
+        return;
+    }
+    short remaining = width;
+    forEachPiece(bitPosition, width, [&](BitPiece piece) {
+        unsigned char bits = static_cast<unsigned char>(extractMSBits(value, remaining, piece.count) << piece.Shift());
+        unsigned char kept = bytes.At(piece.byteIndex) & static_cast<unsigned char>(~piece.Mask());
+        bytes.Put(piece.byteIndex, kept | bits);
+    });
+}
+
+long RCBindings::GetValue(long bitPosition, short width) {
+    return readValue(windowOver(fData), bitPosition, width);
+}
+
+long RCBindings::GetValue(void const* data, long bitPosition, short width) {
+    ByteWindow bytes(static_cast<unsigned char*>(const_cast<void*>(data)), std::numeric_limits<long>::max());
+    return readValue(bytes, bitPosition, width);
+}
+
+RCValueCell* RCBindings::LookupValue(UniqueStruct* name) {
+    if (fDef == nullptr) return nullptr;
+    if (RCValueCell* cell = fDef->LookupLabel(name)) return cell;
+    if (RCValueCell* cell = fDef->LookupAuto(name)) return cell;
+    if (RCValueCell* cell = fDef->LookupStatic(name)) return cell;
+    if (RCValueCell* cell = fDef->LookupLabel(name)) return cell;
+    return fDef->LookupUnknown(name);
+}
+
+void RCBindings::AssignValue(RCScanner* scanner, UniqueStruct* name, RCExpression* expression) {
+    RCBindings_Def* frame = RequireDefn();
+    RCValueCell* cell = frame->LookupAuto(name);
+    if (cell == nullptr) cell = frame->LookupStatic(name);
+    if (cell == nullptr) {
+        scanner->Error(kMsgNotAutoOrStatic, 1, nameOf(name));
+        return;
+    }
+    cell->SetValue(eval(scanner, this, name, expression));
+}
+
+void RCBindings::AssignValue_Auto(RCScanner* scanner, UniqueStruct* name, RCExpression* expression) {
+    RCBindings_Def* frame = RequireDefn();
+    RCValueCell* cell = frame->LookupAuto(name);
+    if (cell == nullptr) {
+        cell = frame->NewValueCell(name);
+        cell->SetDefined();
+        frame->AssignAuto(cell);
+    }
+    cell->SetValue(eval(scanner, this, name, expression));
+}
+
+RCValueCell* RCBindings::AssignValue_Label(RCScanner* scanner, UniqueStruct* name) {
+    RCBindings_Def* frame = RequireDefn();
+    if (RCValueCell* existing = frame->LookupLabel(name)) {
+        scanner->Error(kMsgLabelDefinedTwice, 2, kLabelDefinedTwiceText, nameOf(name));
+        return existing;
+    }
+    RCValueCell* cell = frame->LookupUnknown(name);
+    cell->SetDefined();
+    cell->SetValue(RCNumber(fBit));
+    frame->AssignLabel(scanner, cell);
+    return cell;
+}
+
+void RCBindings::AssignToClassParameter(UniqueStruct* name, long value) {
+    RequireDefn()->AssignToClassParameter(name, value);
+}
+
+void RCBindings::AssignToClassParameter(UniqueStruct* name, RCExpression* expression) {
+    RCBindings_Def* frame = RequireDefn();
+    frame->AssignToClassParameter(name, eval(nullptr, this, name, expression).AsInteger());
+}
+
+RCArray* RCBindings::Array(UniqueStruct* name) {
+    return RequireDefn()->LookupArray(name, true);
+}
+
+long RCBindings::ArrayIndex(RCScanner* scanner, UniqueStruct* name) {
+    return RequireDefn()->ArrayIndex(scanner, name);
+}
+
+RCArrayLabel* RCBindings::ArrayLabel(UniqueStruct* name) {
+    return RequireDefn()->LookupArrayLabel(name);
+}
+
+long RCBindings::ArrayRef(RCScanner* scanner, UniqueStruct* name, RCArrayLabel* arrayLabel, int argc,
+                          RCExpression** argv) {
+    RequireDefn();
+    long subscripts[kArgMax];
+    evalArgv(scanner, this, argc, argv, subscripts);
+    return arrayLabel->Lookup(scanner, name, argc, subscripts);
+}
+
+long RCBindings::Apply(RCScanner* scanner, int function, int argc, RCExpression** argv) {
+    if (function == kApplyArrayIndex) {
+        VELOR_ASSERT(argv[0]->IsName());
+        return RequireDefn()->ArrayIndex(nullptr, argv[0]->AsName());
+    }
+    long args[kArgMax];
+    evalArgv(scanner, this, argc, argv, args);
+    switch (function) {
+    case kApplyBitField:
+        return GetValue(WrappingAdd(args[0], args[1]), static_cast<short>(args[2]));
+    case kApplyByte:
+        return GetValue(args[0], 8);
+    case kApplyLong:
+        return GetValue(args[0], 32);
+    case kApplyWord:
+        return GetValue(args[0], 16);
+    default:
+        VELOR_ASSERT_TEXT("RCBindings::Apply", false);
+        return 0;
+    }
+}

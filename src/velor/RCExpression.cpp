@@ -1,0 +1,641 @@
+#include "RCExpression.h"
+
+#include <cstring>
+
+#include "Assertion.h"
+#include "RCAlloc.h"
+#include "RCArray.h"
+#include "RCBindings.h"
+#include "RCBindings_Def.h"
+#include "RCDescription.h"
+#include "RCOperators.h"
+#include "RCScanner.h"
+#include "RCValueCell.h"
+#include "UniqueNames.h"
+
+namespace {
+
+enum : int {
+    kMsgUndefinedName = 32653,
+    kMsgTooFewArguments = 32661,
+    kMsgSyntaxError = 32697,
+    kMsgTooManyValues = 32699,
+    kMsgCountOfNeedsName = 32717,
+    kMsgArrayIndexNeedsName = 32718,
+    kMsgNotNumeric = 32741,
+    kMsgExpectedRParen = 32745,
+    kMsgExpectedLParen = 32746,
+    kMsgExpectedRBrace = 32750,
+};
+
+// Function numbers are the keyword tokens counted from $$ArrayIndex.
+enum : int {
+    kFunctionArrayIndex = 0,
+    kFunctionBitField = 1,
+    kFunctionByte = 2,
+    kFunctionCountOf = 3,
+    kFunctionLong = 4,
+    kFunctionWord = 5,
+};
+
+constexpr int kNoMinPriority = -1;
+
+bool isStringToken(int token) {
+    return token >= kPPScan_String && token <= kPPScan_DBHexString;
+}
+
+bool isIntegerToken(int token) {
+    return token >= kPPScan_Hex && token <= kPPScan_Binary;
+}
+
+// The evaluated value of a constant tree, which is dropped afterwards.
+RCNumber evaluateReduced(RCScanner* scanner, RCBindings* bindings, RCExpression* reduced) {
+    RCPtr<RCExpression> owned(reduced);
+    return owned->Evaluate(scanner, bindings);
+}
+
+void deleteArguments(int count, RCExpression** argv) {
+    for (int i = 0; i < count; ++i) delete argv[i];
+}
+
+void writeName(DataArea* area, UniqueStruct* name) {
+    writeText(area, nameOf(name));
+}
+
+char const* functionText(int function) {
+    switch (function) {
+    case kFunctionBitField:
+        return "$$BitField";
+    case kFunctionByte:
+        return "$$Byte";
+    case kFunctionLong:
+        return "$$Long";
+    case kFunctionWord:
+        return "$$Word";
+    default:
+        return "???";
+    }
+}
+
+} // namespace
+
+// ---------------------------------------------------------------------------------------------
+// Base
+
+void* RCExpression::operator new(std::size_t size) {
+    return RCAlloc(size);
+}
+
+void RCExpression::operator delete(void* block) {
+    RCFree(block);
+}
+
+RCExpression::~RCExpression() = default;
+
+bool RCExpression::IsNumber() const {
+    return false;
+}
+
+bool RCExpression::IsString() const {
+    return false;
+}
+
+bool RCExpression::IsName() const {
+    return false;
+}
+
+RCByteString RCExpression::AsString() {
+    VELOR_ASSERT_TEXT("RCExpression::AsString", false);
+    return RCByteString();
+}
+
+UniqueStruct* RCExpression::AsName() {
+    VELOR_ASSERT_TEXT("RCExpression::AsName", false);
+    return nullptr;
+}
+
+RCNumber RCExpression::Evaluate(RCScanner* scanner, RCBindings*) {
+    scanner->Error(kMsgNotNumeric, 0);
+    return RCNumber();
+}
+
+RCExpression* RCExpression::Number(RCNumber const& number) {
+    return new RCExpression_Number(number);
+}
+
+RCExpression* RCExpression::Number(long value) {
+    return Number(RCNumber(value));
+}
+
+RCExpression* RCExpression::Number(double value) {
+    return Number(RCNumber(value));
+}
+
+RCExpression* RCExpression::Increment(RCExpression* base, long delta) {
+    return new RCExpression_2(kPPScan_Plus, base, Number(delta));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Parser
+
+RCExpression* RCExpression::ParseExpression(RCScanner* scanner, int minPriority) {
+    RCPtr<RCExpression> tree(ParseTerm(scanner));
+    if (!tree) return nullptr;
+    int priority = getOperatorPriority(scanner->TokenType());
+    while (priority > minPriority) {
+        int op = scanner->TokenType();
+        scanner->NextToken();
+        // A ternary ends its level: nothing after it is read as an operator here.
+        if (op == kPPScan_Question) return ParseConditional(scanner, tree);
+        // Parsing the right side above this priority makes every binary operator left-associative.
+        RCExpression* right = ParseExpression(scanner, priority);
+        if (right == nullptr) return nullptr;
+        tree = new RCExpression_2(op, tree.Release(), right);
+        priority = getOperatorPriority(scanner->TokenType());
+    }
+    return tree.Release();
+}
+
+RCExpression* RCExpression::ParseConditional(RCScanner* scanner, RCPtr<RCExpression>& condition) {
+    RCPtr<RCExpression> thenPart(ParseExpression(scanner, kNoMinPriority));
+    if (!thenPart) return nullptr;
+    if (scanner->TokenType() != kPPScan_Colon) {
+        scanner->Error(kMsgSyntaxError, 0);
+        return nullptr;
+    }
+    scanner->NextToken();
+    RCExpression* elsePart = ParseExpression(scanner, kNoMinPriority);
+    if (elsePart == nullptr) return nullptr;
+    return new RCExpression_3(condition.Release(), thenPart.Release(), elsePart);
+}
+
+RCExpression* RCExpression::ParseTerm(RCScanner* scanner) {
+    int token = scanner->TokenType();
+    // A string is the one term that may be other than a number; its callers decide about it.
+    if (isStringToken(token)) return ParseString(scanner);
+    RCPtr<RCExpression> term(ParseNumericTerm(scanner, token));
+    if (term && !term->IsNumber()) {
+        scanner->Error(kMsgNotNumeric, 0);
+        return nullptr;
+    }
+    return term.Release();
+}
+
+RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
+    RCExpression* term = nullptr;
+    switch (token) {
+    case kPPScan_Ident: {
+        UniqueStruct* name = scanner->ScanName(kMsgSyntaxError);
+        if (scanner->TokenType() == kPPScan_LBrace) return ParseArrayRef(scanner, name);
+        return new RCExpression_Name(name);
+    }
+    case kPPScan_Zero:
+        term = Number(0L);
+        break;
+    case kPPScan_Double:
+        term = Number(scanner->EvalRealNumber());
+        break;
+    case kPPScan_Char:
+    case kPPScan_WideChar:
+    case kPPScan_DBChar:
+        term = Number(scanner->EvalChar(token == kPPScan_WideChar));
+        break;
+    case kPPScan_Not:
+    case kPPScan_Tilde:
+    case kPPScan_Minus: {
+        // Unary operators take a term, so they bind tighter than every binary one and stack.
+        scanner->NextToken();
+        RCExpression* operand = ParseTerm(scanner);
+        return operand == nullptr ? nullptr : new RCExpression_1(token, operand);
+    }
+    case kPPScan_LParen: {
+        scanner->NextToken();
+        RCPtr<RCExpression> inner(ParseExpression(scanner, kNoMinPriority));
+        if (!inner || !scanner->ScanUntil(kPPScan_RParen, kMsgExpectedRParen)) return nullptr;
+        return inner.Release();
+    }
+    default:
+        if (isIntegerToken(token)) {
+            term = Number(scanner->EvalNumber());
+            break;
+        }
+        if (token >= kRCScan_FnArrayIndex && token <= kRCScan_FnWord)
+            return ParseFunction(scanner, token - kRCScan_FnArrayIndex);
+        scanner->Error(kMsgSyntaxError, 0);
+        break;
+    }
+    scanner->NextToken();
+    return term;
+}
+
+RCExpression* RCExpression::ParseString(RCScanner* scanner) {
+    // Adjacent literals make one string.
+    RCByteString work;
+    do {
+        if (!scanner->MergeString(work)) break;
+        scanner->NextToken();
+    } while (isStringToken(scanner->TokenType()));
+    if (work.fData == nullptr) return nullptr;
+    RCExpression* result = new RCExpression_String(work);
+    work.Destroy();
+    return result;
+}
+
+RCExpression* RCExpression::ParseFunction(RCScanner* scanner, int function) {
+    int nargs = scanner->NArgs();
+    scanner->NextToken();
+    if (!scanner->Scan(kPPScan_LParen, kMsgExpectedLParen)) return nullptr;
+    VELOR_ASSERT(nargs <= kArgMax);
+    RCExpression* argv[kArgMax];
+    int count = ParseExprList(scanner, nargs, argv);
+    bool closed = scanner->ScanUntil(kPPScan_RParen, kMsgExpectedRParen);
+    if (count < 0) return nullptr;
+    if (closed) {
+        bool takesName = function == kFunctionArrayIndex || function == kFunctionCountOf;
+        if (count != nargs) {
+            scanner->Error(kMsgTooFewArguments, 1, nargs);
+        } else if (!takesName) {
+            return new RCExpression_Function(function, count, argv);
+        } else if (argv[0]->IsName()) {
+            RCPtr<RCExpression> argument(argv[0]);
+            if (function == kFunctionArrayIndex) return new RCExpression_ArrayIndex(argument->AsName());
+            return new RCExpression_CountOf(argument->AsName());
+        } else {
+            scanner->Error(function == kFunctionArrayIndex ? kMsgArrayIndexNeedsName : kMsgCountOfNeedsName, 0);
+        }
+    }
+    deleteArguments(count, argv);
+    return nullptr;
+}
+
+int RCExpression::ParseExprList(RCScanner* scanner, int max, RCExpression** argv) {
+    if (scanner->TokenType() == kPPScan_RParen) return 0;
+    int count = 0;
+    while (RCExpression* argument = ParseExpression(scanner, kNoMinPriority)) {
+        if (count == max) {
+            scanner->Error(kMsgTooManyValues, 1, max);
+            delete argument;
+            break;
+        }
+        argv[count++] = argument;
+        if (scanner->TokenType() != kPPScan_Comma) return count;
+        scanner->NextToken();
+    }
+    deleteArguments(count, argv);
+    return -1;
+}
+
+RCExpression* RCExpression::ParseArrayRef(RCScanner* scanner, UniqueStruct* name) {
+    VELOR_ASSERT(scanner->TokenType() == kPPScan_LBrace);
+    scanner->NextToken();
+    if (scanner->TokenType() == kPPScan_RBrace) {
+        scanner->Error(kMsgTooFewArguments, 0);
+        scanner->NextToken();
+        return nullptr;
+    }
+    RCExpression* argv[kArgMax];
+    int count = ParseExprList(scanner, kArgMax, argv);
+    if (count == 0) return nullptr;
+    bool closed = scanner->ScanUntil(kPPScan_RBrace, kMsgExpectedRBrace);
+    if (count < 0) return nullptr;
+    if (closed) return new RCExpression_ArrayLabel(name, count, argv);
+    deleteArguments(count, argv);
+    return nullptr;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Numbers and strings
+
+bool RCExpression_Number::IsNumber() const {
+    return true;
+}
+
+RCExpression* RCExpression_Number::Reduce(RCScanner*, RCBindings*, bool& isConstant) const {
+    isConstant = true;
+    return Number(fNumber);
+}
+
+RCNumber RCExpression_Number::Evaluate(RCScanner*, RCBindings*) {
+    return fNumber;
+}
+
+void RCExpression_Number::WriteDescription(DataArea* area, int) {
+    writeNumber(area, fNumber);
+}
+
+RCExpression_String::RCExpression_String(RCByteString const& string) : fString(string.Clone()) {}
+
+RCExpression_String::~RCExpression_String() {
+    fString.Destroy();
+}
+
+bool RCExpression_String::IsString() const {
+    return true;
+}
+
+RCByteString RCExpression_String::AsString() {
+    return fString.Clone();
+}
+
+RCExpression* RCExpression_String::Reduce(RCScanner*, RCBindings*, bool& isConstant) const {
+    isConstant = true;
+    return new RCExpression_String(fString);
+}
+
+void RCExpression_String::WriteDescription(DataArea* area, int) {
+    writeString(area, fString.Bytes(), static_cast<unsigned long>(fString.fLength));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Names and values
+
+RCNumber RCExpression_Eval::Evaluate(RCScanner* scanner, RCBindings* bindings) {
+    bool isConstant = false;
+    RCPtr<RCExpression> reduced(Reduce(scanner, bindings, isConstant));
+    if (isConstant && reduced->IsNumber()) return reduced->Evaluate(scanner, bindings);
+    scanner->Error(kMsgNotNumeric, 0);
+    return RCNumber();
+}
+
+bool RCExpression_Value::IsNumber() const {
+    return true;
+}
+
+RCExpression* RCExpression_Value::Reduce(RCScanner* scanner, RCBindings*, bool& isConstant) const {
+    isConstant = fValueCell->IsDefined();
+    if (isConstant) return Number(fValueCell->Value());
+    // A forward reference: reported once, then read from the cell when the fixup runs.
+    fValueCell->SetDefined();
+    scanner->Error(kMsgUndefinedName, 1, nameOf(fValueCell->Name()));
+    return new RCExpression_Value(fValueCell);
+}
+
+void RCExpression_Value::WriteDescription(DataArea* area, int) {
+    writeName(area, fValueCell->Name());
+}
+
+bool RCExpression_Name::IsNumber() const {
+    return true;
+}
+
+bool RCExpression_Name::IsName() const {
+    return true;
+}
+
+UniqueStruct* RCExpression_Name::AsName() {
+    return fName;
+}
+
+RCExpression* RCExpression_Name::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
+    if (RCValueCell* cell = bindings->LookupValue(fName))
+        return RCExpression_Value(cell).Reduce(scanner, bindings, isConstant);
+    // Only bindings without a frame know no name at all.
+    scanner->Error(kMsgUndefinedName, 1, nameOf(fName));
+    return new RCExpression_Name(fName);
+}
+
+void RCExpression_Name::WriteDescription(DataArea* area, int) {
+    writeName(area, fName);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Operators
+
+bool RCExpression_1::IsNumber() const {
+    return fOperand->IsNumber();
+}
+
+RCExpression* RCExpression_1::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
+    RCExpression* operand = fOperand->Reduce(scanner, bindings, isConstant);
+    if (!isConstant) return new RCExpression_1(fOperator, operand);
+    return Number(evaluateUnary(scanner, fOperator, evaluateReduced(scanner, bindings, operand)));
+}
+
+RCNumber RCExpression_1::Evaluate(RCScanner* scanner, RCBindings* bindings) {
+    return evaluateUnary(scanner, fOperator, fOperand->Evaluate(scanner, bindings));
+}
+
+void RCExpression_1::WriteDescription(DataArea* area, int indent) {
+    writeChar(area, '(');
+    writeText(area, operatorText(fOperator));
+    writeChar(area, ' ');
+    fOperand->WriteDescription(area, indent + 3);
+    writeChar(area, ')');
+}
+
+bool RCExpression_2::IsNumber() const {
+    return fLeft->IsNumber() && fRight->IsNumber();
+}
+
+RCExpression* RCExpression_2::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
+    bool leftConstant = false;
+    bool rightConstant = false;
+    RCExpression* left = fLeft->Reduce(scanner, bindings, leftConstant);
+    RCExpression* right = fRight->Reduce(scanner, bindings, rightConstant);
+    isConstant = leftConstant && rightConstant;
+    if (!isConstant) return new RCExpression_2(fOperator, left, right);
+    RCNumber leftValue = evaluateReduced(scanner, bindings, left);
+    RCNumber rightValue = evaluateReduced(scanner, bindings, right);
+    return Number(evaluateBinary(scanner, fOperator, leftValue, rightValue));
+}
+
+RCNumber RCExpression_2::Evaluate(RCScanner* scanner, RCBindings* bindings) {
+    // Both sides are always evaluated, left first: there is no short circuit.
+    RCNumber left = fLeft->Evaluate(scanner, bindings);
+    RCNumber right = fRight->Evaluate(scanner, bindings);
+    return evaluateBinary(scanner, fOperator, left, right);
+}
+
+void RCExpression_2::WriteDescription(DataArea* area, int indent) {
+    char const* text = operatorText(fOperator);
+    int inner = indent + 2 + static_cast<int>(std::strlen(text));
+    writeChar(area, '(');
+    writeText(area, text);
+    writeChar(area, ' ');
+    fLeft->WriteDescription(area, inner);
+    newLineIndent(area, inner);
+    fRight->WriteDescription(area, inner);
+    writeChar(area, ')');
+}
+
+bool RCExpression_3::IsNumber() const {
+    return fThen->IsNumber() && fElse->IsNumber();
+}
+
+RCExpression* RCExpression_3::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
+    RCPtr<RCExpression> condition(fCondition->Reduce(scanner, bindings, isConstant));
+    if (!isConstant) {
+        bool branchConstant = false;
+        RCExpression* thenPart = fThen->Reduce(scanner, bindings, branchConstant);
+        RCExpression* elsePart = fElse->Reduce(scanner, bindings, branchConstant);
+        return new RCExpression_3(condition.Release(), thenPart, elsePart);
+    }
+    bool chooseThen = condition->Evaluate(scanner, bindings).AsInteger() != 0;
+    RCExpression* branch = (chooseThen ? fThen : fElse)->Reduce(scanner, bindings, isConstant);
+    if (!isConstant) return branch;
+    return Number(evaluateReduced(scanner, bindings, branch));
+}
+
+RCNumber RCExpression_3::Evaluate(RCScanner* scanner, RCBindings* bindings) {
+    bool chooseThen = fCondition->Evaluate(scanner, bindings).AsInteger() != 0;
+    return (chooseThen ? fThen : fElse)->Evaluate(scanner, bindings);
+}
+
+void RCExpression_3::WriteDescription(DataArea* area, int indent) {
+    int inner = indent + 4;
+    writeText(area, "(if ");
+    fCondition->WriteDescription(area, inner);
+    newLineIndent(area, inner);
+    fThen->WriteDescription(area, inner);
+    newLineIndent(area, inner);
+    fElse->WriteDescription(area, inner);
+    writeChar(area, ')');
+}
+
+// ---------------------------------------------------------------------------------------------
+// Functions and label references
+
+RCExpression_MultipleArgs::RCExpression_MultipleArgs(int function, int argc, RCExpression** argv)
+    : fFunction(function), fArgc(argc), fArgv(new RCExpression*[argc]), fAllNumbers(true) {
+    for (int i = 0; i < argc; ++i) {
+        fArgv[i] = argv[i];
+        fAllNumbers = fAllNumbers && argv[i]->IsNumber();
+    }
+}
+
+RCExpression_MultipleArgs::~RCExpression_MultipleArgs() {
+    deleteArguments(fArgc, fArgv);
+    delete[] fArgv;
+}
+
+bool RCExpression_MultipleArgs::IsNumber() const {
+    return fAllNumbers;
+}
+
+bool RCExpression_MultipleArgs::ReduceArgv(RCScanner* scanner, RCBindings* bindings, int argc,
+                                           RCExpression** argv) const {
+    VELOR_ASSERT(fArgc <= argc);
+    bool allConstant = true;
+    for (int i = 0; i < fArgc; ++i) {
+        bool isConstant = false;
+        argv[i] = fArgv[i]->Reduce(scanner, bindings, isConstant);
+        allConstant = allConstant && isConstant;
+    }
+    return allConstant;
+}
+
+void RCExpression_MultipleArgs::WriteArguments(DataArea* area, int indent) const {
+    for (int i = 0; i < fArgc; ++i) {
+        if (i != 0) newLineIndent(area, indent);
+        fArgv[i]->WriteDescription(area, indent);
+    }
+}
+
+RCExpression* RCExpression_Function::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
+    // The output that these functions read is complete only when the type instance ends.
+    isConstant = false;
+    RCExpression* argv[kArgMax];
+    ReduceArgv(scanner, bindings, kArgMax, argv);
+    return new RCExpression_Function(fFunction, fArgc, argv);
+}
+
+RCNumber RCExpression_Function::Evaluate(RCScanner* scanner, RCBindings* bindings) {
+    return RCNumber(bindings->Apply(scanner, fFunction, fArgc, fArgv));
+}
+
+void RCExpression_Function::WriteDescription(DataArea* area, int indent) {
+    char const* text = functionText(fFunction);
+    writeChar(area, '(');
+    writeText(area, text);
+    writeChar(area, ' ');
+    WriteArguments(area, indent + 2 + static_cast<int>(std::strlen(text)));
+    writeChar(area, ')');
+}
+
+RCExpression* RCExpression_ArrayLabel::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
+    isConstant = false;
+    RCExpression* argv[kArgMax];
+    ReduceArgv(scanner, bindings, kArgMax, argv);
+    return new RCExpression_ArrayLabel_Env(bindings, fName, fArgc, argv);
+}
+
+void RCExpression_ArrayLabel::WriteDescription(DataArea* area, int indent) {
+    char const* name = nameOf(fName);
+    writeText(area, "(arrayref ");
+    writeText(area, name);
+    writeChar(area, ' ');
+    WriteArguments(area, indent + 10 + static_cast<int>(std::strlen(name)));
+    writeChar(area, ')');
+}
+
+RCExpression_ArrayLabel_Env::RCExpression_ArrayLabel_Env(RCBindings* bindings, UniqueStruct* name, int argc,
+                                                         RCExpression** argv)
+    : RCExpression_MultipleArgs(0, argc, argv), fName(name), fArrayLabel(bindings->ArrayLabel(name)) {}
+
+RCExpression* RCExpression_ArrayLabel_Env::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
+    isConstant = false;
+    RCExpression* argv[kArgMax];
+    ReduceArgv(scanner, bindings, kArgMax, argv);
+    return new RCExpression_ArrayLabel_Env(fName, fArrayLabel, fArgc, argv);
+}
+
+RCNumber RCExpression_ArrayLabel_Env::Evaluate(RCScanner* scanner, RCBindings* bindings) {
+    return RCNumber(bindings->ArrayRef(scanner, fName, fArrayLabel, fArgc, fArgv));
+}
+
+void RCExpression_ArrayLabel_Env::WriteDescription(DataArea*, int) {
+    VELOR_ASSERT_TEXT("RCExpression_ArrayLabel_Env::WriteDescription", false);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Arrays
+
+RCExpression_CountOf_Env::RCExpression_CountOf_Env(RCBindings* bindings, UniqueStruct* name)
+    : fArray(bindings->Array(name)) {}
+
+bool RCExpression_CountOf_Env::IsNumber() const {
+    return true;
+}
+
+RCExpression* RCExpression_CountOf_Env::Reduce(RCScanner*, RCBindings*, bool& isConstant) const {
+    isConstant = true;
+    return Number(fArray->CountOf());
+}
+
+RCNumber RCExpression_CountOf_Env::Evaluate(RCScanner*, RCBindings*) {
+    return RCNumber(fArray->CountOf());
+}
+
+void RCExpression_CountOf_Env::WriteDescription(DataArea*, int) {
+    VELOR_ASSERT_TEXT("RCExpression_CountOf_Env::WriteDescription", false);
+}
+
+bool RCExpression_ArrayFunction::IsNumber() const {
+    return true;
+}
+
+void RCExpression_ArrayFunction::WriteNamedForm(DataArea* area, char const* keyword) const {
+    writeChar(area, '(');
+    writeText(area, keyword);
+    writeChar(area, ' ');
+    writeName(area, fName);
+    writeChar(area, ')');
+}
+
+RCExpression* RCExpression_CountOf::Reduce(RCScanner*, RCBindings* bindings, bool& isConstant) const {
+    isConstant = false;
+    return new RCExpression_CountOf_Env(bindings, fName);
+}
+
+void RCExpression_CountOf::WriteDescription(DataArea* area, int) {
+    WriteNamedForm(area, "$$CountOf");
+}
+
+RCExpression* RCExpression_ArrayIndex::Reduce(RCScanner*, RCBindings* bindings, bool& isConstant) const {
+    isConstant = true;
+    return Number(bindings->ArrayIndex(nullptr, fName));
+}
+
+void RCExpression_ArrayIndex::WriteDescription(DataArea* area, int) {
+    WriteNamedForm(area, "$$ArrayIndex");
+}
