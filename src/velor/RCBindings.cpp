@@ -192,7 +192,8 @@ RCBindings::RCBindings(RCSymbolTable* symbolTable, RCResourceFile* resourceFile,
       fResID(resID),
       fDef(nullptr),
       fSymbolTable(symbolTable),
-      fData(256, 1024, false),
+      // A large growth step: the area grows by a fixed step, and a resource may hold a whole file.
+      fData(4096, 65536, false),
       fBit(0),
       fDescriptionIndent(0),
       fDescription() {}
