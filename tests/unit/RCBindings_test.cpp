@@ -205,16 +205,16 @@ TEST_F(RCBindingsTest, ADuplicateLabelKeepsItsFirstPosition) {
 TEST_F(RCBindingsTest, FunctionsReadTheFinishedOutputOfTheInstance) {
     RCCapturedMessages messages;
     AddExpression("$$Byte(tail)", 8);
-    Label("word");
+    Label("first");
     Add(0xFFFE, 16);
     Add(0xA, 4);
-    Label("nibble");
+    Label("half");
     Add(0xBC, 8);
     Add(0xD, 4);
-    AddExpression("$$Word(word)", 16);
-    AddExpression("$$Byte(nibble)", 8);
-    AddExpression("$$BitField(word, 4, 8)", 8);
-    AddExpression("$$Long(word)", 32);
+    AddExpression("$$Word(first)", 16);
+    AddExpression("$$Byte(half)", 8);
+    AddExpression("$$BitField(first, 4, 8)", 8);
+    AddExpression("$$Long(first)", 32);
     Label("tail");
     Add(0x5A, 8);
     EXPECT_EQ(bindings.Close(), "5A FE FF AB CD FE FF BC EF FE FF AB CD 5A");

@@ -205,7 +205,7 @@ TEST_F(RCExpressionTest, DescriptionsIndentNestedOperands) {
     EXPECT_EQ(Description("0 - 1 ? x : $$Byte(y)"), "(if (- 0\n       1)\n    x\n    ($$Byte y))");
     EXPECT_EQ(Description("$$CountOf(items) + marks[1, 2]"),
               "(+ ($$CountOf items)\n   (arrayref marks 1\n                  2))");
-    EXPECT_EQ(Description("\"a\\tb\""), "\"a\\\\tb\"");
+    EXPECT_EQ(Description("\"a\\tb\""), "\"a\\tb\"");
 }
 
 } // namespace

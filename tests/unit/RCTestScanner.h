@@ -7,20 +7,28 @@
 #include <string>
 
 #include "RCBindDefinition.h"
+#include "PPMacTbl.h"
+#include "PPMemMgr.h"
 #include "RCBindings.h"
 #include "RCScanner.h"
 #include "RCSymTbl.h"
 
 class RCTestScanner {
 public:
-    explicit RCTestScanner(char const* text) : fScanner(text) {}
+    // The text is read as the file "t.vd", and its first token is current.
+    explicit RCTestScanner(char const* text) {
+        fScanner.PushInput(fScanner.ReadFile(text, "t.vd"));
+        fScanner.NextToken();
+    }
 
     RCScanner* get() { return &fScanner; }
     operator RCScanner*() { return &fScanner; }
     RCScanner* operator->() { return &fScanner; }
 
 private:
-    RCScanner fScanner;
+    PP_CMemoryManager_Basic fMemory;
+    PP_CMacroTable_Basic fMacros{&fMemory};
+    RCScanner fScanner{&fMemory, &fMacros, nullptr};
 };
 
 // Bindings of one resource with the frame of one type instance open until Close.
