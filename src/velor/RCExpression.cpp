@@ -289,7 +289,9 @@ RCExpression* RCExpression::ParseArrayRef(RCScanner* scanner, UniqueStruct* name
     VELOR_ASSERT(scanner->TokenType() == kPPScan_LBrace);
     scanner->NextToken();
     if (scanner->TokenType() == kPPScan_RBrace) {
-        scanner->Error(kMsgTooFewArguments, 0);
+        // The message expects a count that no subscript list has; 0 stands for it rather than
+        // whatever the argument list would happen to hold.
+        scanner->Error(kMsgTooFewArguments, 1, 0);
         scanner->NextToken();
         return nullptr;
     }

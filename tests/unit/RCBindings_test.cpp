@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <memory>
+#include <vector>
 
 #include "RCBindings_Def.h"
 #include "RCByteString.h"
@@ -268,6 +270,46 @@ TEST_F(RCBindingsTest, ArrayLabelsReadPositionsFromEveryElement) {
     AddExpression("mark", 8);  // after the array the plain name is a new, undefined cell
     EXPECT_EQ(bindings.Close(), "28 18 00 00 00 00 00");
     EXPECT_EQ(countOf(messages.Text(), "Undefined name 'mark'."), 1);
+}
+
+// Outer element 1 holds three inner elements, outer element 2 one; all levels share one table,
+// so the last subscript decides and the last assignment with it wins.
+TEST_F(RCBindingsTest, ANestedArrayLabelReadsTheSharedTable) {
+    {
+        RCBindArray outer(bindings.get(), uniqueOf("rows"));
+        for (int columns : {3, 1}) {
+            RCNewArrayElement row(bindings.get());
+            RCBindArray inner(bindings.get(), nullptr);
+            for (int i = 0; i < columns; ++i) {
+                RCNewArrayElement cell(bindings.get());
+                Label("m");
+                Add(0, 8);
+            }
+        }
+    }
+    AddExpression("m[1, 1]", 8);
+    AddExpression("m[1, 2]", 8);
+    AddExpression("m[2, 1]", 8);
+    AddExpression("m[9, 2]", 8);
+    RCCapturedMessages messages;
+    EXPECT_EQ(bindings.Close(), "00 00 00 00 18 08 18 00");
+    EXPECT_EQ(countOf(messages.Text(), "Array label 'm': index out of bounds"), 1);
+}
+
+TEST_F(RCBindingsTest, ALabelBeyondThirtyTwoNestedArraysIsRefused) {
+    std::vector<std::unique_ptr<RCBindArray>> arrays;
+    std::vector<std::unique_ptr<RCNewArrayElement>> elements;
+    for (int depth = 0; depth < 33; ++depth) {
+        arrays.push_back(std::make_unique<RCBindArray>(bindings.get(), nullptr));
+        elements.push_back(std::make_unique<RCNewArrayElement>(bindings.get()));
+    }
+    RCCapturedMessages messages;
+    Label("deep");
+    EXPECT_NE(messages.Text().find("Label 'deep' too deeply nested in arrays."), std::string::npos);
+    while (!arrays.empty()) {
+        elements.pop_back();
+        arrays.pop_back();
+    }
 }
 
 TEST_F(RCBindingsTest, ClassParametersPatchTheirLabelledFieldsAfterTheFixups) {

@@ -135,7 +135,7 @@ TEST_F(RCExpressionTest, FunctionArgumentsAreCounted) {
 }
 
 TEST_F(RCExpressionTest, SubscriptListsAreBounded) {
-    EXPECT_NE(ParseFailure("x[]").find("Too few arguments to function."), std::string::npos);
+    EXPECT_NE(ParseFailure("x[]").find("Too few arguments to function.  0 expected"), std::string::npos);
     std::string subscripts = "x[1";
     for (int i = 0; i < 32; ++i) subscripts += ", 1";
     EXPECT_NE(ParseFailure((subscripts + "]").c_str()).find("Too many values.  The maximum is 32."), std::string::npos);
