@@ -1,6 +1,7 @@
 #include "RCExpression.h"
 
 #include <cstring>
+#include <new>
 
 #include "Assertion.h"
 #include "RCAlloc.h"
@@ -83,7 +84,9 @@ char const* functionText(int function) {
 // Base
 
 void* RCExpression::operator new(std::size_t size) {
-    return RCAlloc(size);
+    // A node is never built in memory that is not there: exhaustion ends the run by exception.
+    if (void* block = RCAlloc(size)) return block;
+    throw std::bad_alloc();
 }
 
 void RCExpression::operator delete(void* block) {
