@@ -8,6 +8,8 @@
 #include "Msgs.h"
 #include "Options.h"
 #include "PPCPP.h"
+#include "RCDefinition.h"
+#include "RCDescription.h"
 #include "RCResourceFile.h"
 #include "RCScanner.h"
 #include "RCSymTbl.h"
@@ -194,9 +196,18 @@ void AnsiCPPTool::Compile(RCScanner* scanner, PP_CMacroTable* macroTable) {
             scanner->NextToken();
             continue;
         }
+        if (token == kRCScan_Resource) {
+            RCDefinition::DoResource(scanner, &resourceFile);
+            continue;
+        }
+        if (token == kRCScan_Type) {
+            RCDefinition::ParseDefinition(scanner);
+            continue;
+        }
         scanner->Error(kNeedResourceOrType, 0);
         scanner->ScanUntil(kPPScan_Semicolon);
     }
     Msgs::ErrorCheck();
+    if (gOptions->GetWriteDescriptions()) AddTypeDescriptions(scanner->GetSymbolTable(), &resourceFile);
     resourceFile.WriteFile(nullptr);
 }

@@ -4,6 +4,13 @@
 #include <cstring>
 
 #include "DataArea.h"
+#include "RCDefinition.h"
+#include "RCHash.h"
+#include "RCResource.h"
+#include "RCResourceFile.h"
+#include "RCSymTbl.h"
+#include "TemporaryBuffer.h"
+#include "UniqueNames.h"
 
 void writeChar(DataArea* area, char c) { area->PutChar(c); }
 
@@ -52,4 +59,50 @@ void writeString(DataArea* area, char const* bytes, unsigned long length) {
         }
     }
     writeChar(area, '"');
+}
+
+void writeNamedNumbers(DataArea* area, int indent, RCNamedList<RCNamedValue>& values) {
+    RCListIterator<RCNamedList<RCNamedValue>> entries(values);
+    while (RCNamedValue* entry = entries.Next()) {
+        newLineIndent(area, indent);
+        writeChar(area, '(');
+        writeText(area, nameOf(entry->fName));
+        writeChar(area, ' ');
+        writeNumber(area, entry->fValue);
+        writeChar(area, ')');
+    }
+}
+
+namespace {
+
+constexpr unsigned long kTypeDescriptionType = 0x46577444;  // 'FWtD'
+constexpr unsigned long kDescriptionFlags = 0x10;
+
+void AddTypeDescription(RCDefinition* definition, RCResourceFile* resourceFile) {
+    DataArea area(4096, 4096, true);
+    definition->WriteDescription(&area, 0);
+    char const* typeName = nameOf(definition->GetName());
+    TemporaryBuffer name(std::strlen(typeName) + 32);
+    std::snprintf(name.GetBuffer(), name.GetSize(), "%s=%08lx", typeName, definition->GetResourceType());
+    AddDescriptionResource(resourceFile, kTypeDescriptionType, name.GetBuffer(), typeName, &area);
+}
+
+}  // namespace
+
+void AddDescriptionResource(RCResourceFile* resourceFile, unsigned long type, char const* name,
+                            char const* hashedText, DataArea* area) {
+    long hash = RCHash(hashedText, static_cast<int>(std::strlen(hashedText)));
+    RCResource* resource = new RCResource(type, resourceFile->UniqueResId(type, static_cast<short>(hash)));
+    resource->SetName(name);
+    resource->SetFlags(kDescriptionFlags);
+    area->PutChar(0);
+    WithLockedDataArea locked(area);
+    resource->AddContents(area->GetData(0), static_cast<long>(area->GetCursor()));
+    // The id was free, so the file always takes the resource.
+    resourceFile->AddResource(resource);
+}
+
+void AddTypeDescriptions(RCSymbolTable* symbolTable, RCResourceFile* resourceFile) {
+    RCListIterator<RCDefinitionList> definitions(symbolTable->GetDefinitions());
+    while (RCDefinitionListItem* definition = definitions.Next()) AddTypeDescription(definition->fValue, resourceFile);
 }

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "RCNamedValue.h"
 #include "RCNumber.h"
 
 class DataArea;
+class RCResourceFile;
+class RCSymbolTable;
 
 // Writers of the text that describes a type or a compiled instance: an S-expression for a
 // reader, indented for people. The reader skips all white space, so the blanks written here carry
@@ -21,3 +24,13 @@ void writeNumber(DataArea* area, long number);
 // backslash and three octal digits. Quotes and parentheses stay as they are.
 void writeString(DataArea* area, char const* text);
 void writeString(DataArea* area, char const* bytes, unsigned long length);
+// Each entry of the list on a line of its own at the indent, as "(name number)".
+void writeNamedNumbers(DataArea* area, int indent, RCNamedList<RCNamedValue>& values);
+
+// Stores a finished description as a resource of the given type, flagged 0x10: the text up to
+// the area's cursor, ended by one zero byte that belongs to it. The id is the hash of hashedText,
+// moved on to the next id that the type has free.
+void AddDescriptionResource(RCResourceFile* resourceFile, unsigned long type, char const* name,
+                            char const* hashedText, DataArea* area);
+// One description per type of the table, in order of definition, named "type=restype".
+void AddTypeDescriptions(RCSymbolTable* symbolTable, RCResourceFile* resourceFile);

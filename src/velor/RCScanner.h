@@ -109,6 +109,11 @@ public:
     bool AppendString_1(RCByteString& string);
     bool AppendString_2(RCByteString& string);
     char const* FindDelimit(char const* text, int ch) const;
+    // Where a literal conversion, or a look ahead of the current token, must stop reading. A
+    // conversion follows the text as it stands and may run on behind its token (the wide walk of
+    // FindDelimit does), but never past the input the token was read from, or past the token
+    // itself when it came from elsewhere.
+    char const* LiteralLimit() const;
 
     // Files. Each form gives an input ready for PushInput, or null.
     PP_CInput* ReadFile(char const* name, bool angled);
@@ -149,11 +154,6 @@ private:
     bool ReadHexGroups(char const* p, char const* limit, int groupDigits, int partialError, RCStringAppender& out);
     void ReadTextBytes(char const* p, char const* limit, RCStringAppender& out);
     bool CopyCheckedUTF8(char const*& p, char const* limit, RCStringAppender& out);
-
-    // Where a literal conversion must stop reading. A conversion follows the text as it stands
-    // and may run on behind its token (the wide walk of FindDelimit does), but never past the
-    // input the token was read from, or past the token itself when it came from elsewhere.
-    char const* LiteralLimit() const;
 
     PP_CTextReader fTokenText;
     int fTokenType = kPPScan_EOF;

@@ -1,6 +1,10 @@
 #include "RCSymTbl.h"
 
+#include "RCDefinition.h"
+
+// The table owns its definitions: they die with the input file.
 RCSymbolTable::~RCSymbolTable() {
+    release(fDefinitions);
     fStatics.ReleaseScope();
     fInitialStatics.ReleaseScope();
 }

@@ -4,6 +4,7 @@
 
 #include "DataArea.h"
 #include "RCDescription.h"
+#include "UniqueNames.h"
 
 namespace {
 
@@ -30,14 +31,17 @@ TEST(RCDescription, StringsEscapeControlBytesButNotQuotesOrParentheses) {
     EXPECT_EQ("\"a\\t\\351b\\\\\\n\"\"(\")\"\"\"", Text(area));
 }
 
-TEST(RCDescription, LinesIndentWithBlanksOnly) {
+TEST(RCDescription, LinesIndentWithBlanksAndNamedNumbersStandOnLinesOfTheirOwn) {
     DataArea area;
-    writeText(&area, "(prog");
-    newLineIndent(&area, 2);
+    RCNamedList<RCNamedValue> values;
+    values.Append(uniqueOf("on"), RCNumber(1L));
+    values.Append(uniqueOf("off"), RCNumber(0L));
+    writeText(&area, "(oneof");
+    writeNamedNumbers(&area, 2, values);
+    writeChar(&area, ')');
     writeBlanks(&area, -3);
-    writeText(&area, "(null))");
-    newLine(&area);
-    EXPECT_EQ("(prog\n  (null))\n", Text(area));
+    newLineIndent(&area, 1);
+    EXPECT_EQ("(oneof\n  (on 1)\n  (off 0))\n ", Text(area));
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "RCDefinition.h"
+
 namespace {
 
 UniqueStruct* Name(char const* text) {
@@ -9,13 +11,15 @@ UniqueStruct* Name(char const* text) {
 }
 
 TEST(RCSymbolTable, DefinitionsKeepTheirOrderAndTheFirstOfANameWins) {
-    // Definitions are only held and handed back, never looked into.
-    int slots[3];
-    auto definition = [&](int i) { return reinterpret_cast<RCDefinition*>(&slots[i]); };
+    // The table owns the definitions and deletes them with itself.
+    char const* names[] = {"A", "B", "A"};
+    RCDefinition* made[3];
+    auto definition = [&](int i) { return made[i]; };
     RCSymbolTable table;
-    table.AddDefinition(Name("A"), definition(0));
-    table.AddDefinition(Name("B"), definition(1));
-    table.AddDefinition(Name("A"), definition(2));
+    for (int i = 0; i < 3; ++i) {
+        made[i] = new RCDefinition(Name(names[i]), nullptr, new RCStatement_Null, 0);
+        table.AddDefinition(Name(names[i]), made[i]);
+    }
 
     EXPECT_EQ(table.LookupDefinition(Name("A")), definition(0));
     EXPECT_EQ(table.LookupDefinition(Name("C")), nullptr);

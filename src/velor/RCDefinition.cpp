@@ -1,0 +1,458 @@
+#include "RCDefinition.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "Assertion.h"
+#include "Options.h"
+#include "RCBindDefinition.h"
+#include "RCBindings.h"
+#include "RCByteString.h"
+#include "RCDescription.h"
+#include "RCExpression.h"
+#include "RCLanguagePeek.h"
+#include "RCPtr.h"
+#include "RCResource.h"
+#include "RCResourceFile.h"
+#include "RCScanner.h"
+#include "RCSymTbl.h"
+#include "TemporaryBuffer.h"
+#include "UniqueNames.h"
+
+namespace {
+
+constexpr int kErrExpectedIdentifier = 32752;
+constexpr int kErrTypeAlreadyDefined = 32738;
+constexpr int kErrExpectedRParen = 32745;
+constexpr int kErrExpectedLParen = 32746;
+constexpr int kErrUnknownBaseType = 32691;
+constexpr int kErrExpectedEquals = 32749;
+constexpr int kErrExpectedLCurly = 32761;
+constexpr int kErrExpectedRCurly = 32743;
+constexpr int kErrUnknownNumericKind = 32657;
+constexpr int kErrUnknownOption = 32723;
+constexpr int kErrBadResourceKind = 32735;
+constexpr int kErrNoResourceType = 32656;
+constexpr int kWarnDuplicateResource = 32655;
+// Messages of the preprocessor's own table.
+constexpr int kErrBadIncludeName = 33;
+constexpr int kErrNotUtf8Encoded = 40;
+
+constexpr unsigned long kDefaultFlags = 0x21;  // LOADONCALL | RELOCATABLE
+constexpr unsigned long kInstanceDescriptionType = 0x46577244;  // 'FWrD'
+
+struct FlagName {
+    char const* name;
+    unsigned long value;
+};
+
+// STATIC and LOCKED are the same bit.
+constexpr FlagName sFlagNames[] = {
+    {"LOADONCALL", 0x01}, {"PRELOAD", 0x02},     {"SYSHEAP", 0x04}, {"PROTECTED", 0x08},
+    {"PURGEABLE", 0x10},  {"RELOCATABLE", 0x20}, {"STATIC", 0x40},  {"LOCKED", 0x40},
+};
+
+struct NumericKind {
+    long number;
+    char const* name;
+};
+
+// `resource 13 (...)` names a type by number; the name is then looked up like any other.
+constexpr NumericKind sNumericKinds[] = {
+    {1, "ACCELTABLE"}, {2, "BITMAP"},    {3, "ICON"},       {4, "CURSOR"},     {5, "CODEPAGE"},
+    {9, "MENU"},       {10, "MSGTABLE"}, {11, "STRTABLE"},  {12, "CUSTOMTYPE"}, {13, "MULTISTRING"},
+    {578, "PNGA"},     {579, "PNGR"},    {580, "PNGAD"},    {581, "PNGRD"},    {582, "PNGC"},
+};
+
+char const* NameOfNumericKind(long number) {
+    for (NumericKind const& kind : sNumericKinds)
+        if (kind.number == number) return kind.name;
+    return nullptr;
+}
+
+// The option's bit, or 0 for a word that names no option. Options are matched exactly, with case.
+unsigned long FlagOfName(char const* name) {
+    for (FlagName const& flag : sFlagNames)
+        if (std::strcmp(flag.name, name) == 0) return flag.value;
+    return 0;
+}
+
+// A copy of the incoming parameters followed by a copy of the definition's own, so that a value
+// passed in from outside is assigned, and therefore wins, first.
+void AppendCopies(RCNamedList<RCNamedValue>& target, RCNamedList<RCNamedValue>* source) {
+    if (!source) return;
+    RCListIterator<RCNamedList<RCNamedValue>> items(*source);
+    while (RCNamedValue* item = items.Next()) target.Append(item->fName, item->fValue);
+}
+
+// The parts of a `resource` statement's head: `kind (id, options, "name")`.
+struct ResourceHead {
+    UniqueStruct* typeName = nullptr;
+    short id = 0;
+    unsigned long flags = 0;
+    RCByteString name;
+};
+
+UniqueStruct* ParseResourceKind(RCScanner* scanner) {
+    if (UniqueStruct* name = scanner->PeekName()) {
+        scanner->NextToken();
+        return name;
+    }
+    RCPtr<RCExpression> number(RCStatement::ScanNumber(scanner));
+    if (!number) return nullptr;
+    long kind = RCStatement::EvalNumber(number, scanner);
+    char const* name = NameOfNumericKind(kind);
+    if (!name) {
+        scanner->Error(kErrUnknownNumericKind, 1, kind);
+        return nullptr;
+    }
+    return uniqueOf(name);
+}
+
+// Options follow the id, each behind ',' or '|'; the loop ends at the first separator that is not
+// followed by a word, which lets the name's string stand behind either separator.
+bool ParseResourceOptions(RCScanner* scanner, unsigned long& flags) {
+    while ((scanner->Scan(kPPScan_Comma) || scanner->Scan(kPPScan_Or)) && scanner->TokenType() == kPPScan_Ident) {
+        char const* word = nameOf(scanner->PeekName());
+        unsigned long flag = FlagOfName(word);
+        if (!flag) {
+            scanner->Error(kErrUnknownOption, 1, word);
+            scanner->ScanUntil(kPPScan_RParen);
+            return false;
+        }
+        flags |= flag;
+        scanner->NextToken();
+    }
+    if (!flags) flags = kDefaultFlags;
+    return true;
+}
+
+bool ParseResourceName(RCScanner* scanner, RCByteString& name) {
+    if (scanner->TokenType() != kPPScan_String) return true;
+    RCPtr<RCExpression> text(RCStatement::ScanString(scanner));
+    if (!text) {
+        scanner->ScanUntil(kPPScan_RParen);
+        return false;
+    }
+    name = text->AsString();
+    return true;
+}
+
+bool ParseResourceHead(RCScanner* scanner, ResourceHead& head) {
+    head.typeName = ParseResourceKind(scanner);
+    if (!head.typeName) return false;
+    if (!scanner->Scan(kPPScan_LParen, kErrExpectedLParen)) return false;
+    RCPtr<RCExpression> id(RCStatement::ScanNumber(scanner));
+    if (!id) {
+        scanner->ScanUntil(kPPScan_RParen);
+        return false;
+    }
+    head.id = static_cast<short>(RCStatement::EvalNumber(id, scanner));
+    return ParseResourceOptions(scanner, head.flags) && ParseResourceName(scanner, head.name) &&
+           scanner->Scan(kPPScan_RParen, kErrExpectedRParen);
+}
+
+// Sets the language of the resource's strings from the words that open its value list.
+void ApplyLanguagePeek(RCScanner* scanner) {
+    PP_CTextReader token = scanner->TokenText();
+    RCLanguagePeek peek = PeekLanguage(token.GetReadPtr(), scanner->LiteralLimit());
+    gCurrentLanguage = peek.language;
+    if (peek.encodingWordMissing && scanner->IsUTF8()) scanner->Error(kErrNotUtf8Encoded, 0);
+}
+
+// The usable definition of the resource's type, or null after an error was reported.
+RCDefinition* ResourceDefinition(RCScanner* scanner, UniqueStruct* typeName) {
+    RCDefinition* definition = scanner->GetSymbolTable()->LookupDefinition(typeName);
+    ApplyLanguagePeek(scanner);
+    if (!definition) {
+        scanner->Error(kErrBadResourceKind, 1, nameOf(typeName));
+        return nullptr;
+    }
+    if (!definition->HasResourceType()) {
+        scanner->Error(kErrNoResourceType, 1, nameOf(typeName));
+        return nullptr;
+    }
+    return definition;
+}
+
+// The resource's contents from a file named by a string instead of a value list.
+bool CreateResourceFromFile(RCScanner* scanner, RCDefinition* definition, RCBindings& bindings) {
+    RCPtr<RCExpression> fileName(RCStatement::ScanString(scanner));
+    if (!fileName) return false;
+    RCByteString name = fileName->AsString();
+    PP_CInput* input = scanner->ReadFile(name.Bytes(), false);
+    scanner->Scan(kPPScan_Semicolon);
+    bool created = false;
+    if (input) {
+        scanner->PushInput(input);
+        created = definition->CreateResource_File(&bindings, scanner, input);
+        scanner->PopInput();
+    } else {
+        scanner->Error(kErrBadIncludeName, 1, name.Bytes());
+    }
+    name.Destroy();
+    return created;
+}
+
+// Hands the compiled bytes to the file. A resource whose type and id are taken is dropped with a
+// warning, and the first one stays; the answer tells whether this one was kept.
+bool AddCompiledResource(RCScanner* scanner, RCResourceFile* resourceFile, RCDefinition* definition,
+                         ResourceHead const& head, RCBindings& bindings) {
+    RCResource* resource = new RCResource(definition->GetResourceType(), head.id);
+    if (head.name.fLength != 0) resource->SetName(head.name);
+    resource->SetFlags(head.flags);
+    resource->AddContents(bindings.ResourceData(), bindings.ResourceSize());
+    int anErr = resourceFile->AddResource(resource);
+    if (anErr == 0) return true;
+    VELOR_ASSERT(anErr == RESDUPRESOURCE);
+    scanner->Warning(kWarnDuplicateResource, 2, static_cast<unsigned>(definition->GetResourceType()),
+                     static_cast<int>(head.id));
+    delete resource;
+    return false;
+}
+
+// Stores what the walk traced of the instance, named after the type and the id.
+void AddInstanceDescription(RCResourceFile* resourceFile, RCDefinition* definition, short id, RCBindings& bindings) {
+    char const* typeName = nameOf(definition->GetName());
+    TemporaryBuffer name(std::strlen(typeName) + 32);
+    std::snprintf(name.GetBuffer(), name.GetSize(), "%s(%04lx)", typeName, static_cast<long>(id));
+    AddDescriptionResource(resourceFile, kInstanceDescriptionType, name.GetBuffer(), name.GetBuffer(),
+                           bindings.GetDescriptionArea());
+}
+
+bool CompileResource(RCScanner* scanner, RCResourceFile* resourceFile, ResourceHead const& head) {
+    RCDefinition* definition = ResourceDefinition(scanner, head.typeName);
+    if (!definition) return false;
+    RCSymbolTable* symbols = scanner->GetSymbolTable();
+    RCBindings bindings(symbols, resourceFile, definition->GetResourceType(),
+                        static_cast<unsigned long>(static_cast<long>(head.id)));
+    bool fromFile = scanner->TokenType() == kPPScan_String;
+    if (!fromFile) symbols->ResetStatic();
+    bool created = fromFile ? CreateResourceFromFile(scanner, definition, bindings)
+                            : definition->CreateResource(&bindings, scanner);
+    if (!created) return false;
+    bool added = AddCompiledResource(scanner, resourceFile, definition, head, bindings);
+    // A file's contents were not walked, so there is no trace to store.
+    if (added && !fromFile && gOptions->GetWriteDescriptions())
+        AddInstanceDescription(resourceFile, definition, head.id, bindings);
+    return true;
+}
+
+}  // namespace
+
+RCDefinition::RCDefinition(UniqueStruct* name, RCDefinition* super, unsigned long resType)
+    : fName(name),
+      fSuper(super),
+      fBody(nullptr),
+      fAsType(nullptr),
+      fResType(resType),
+      fHasResType(resType != 0),
+      fIsBaseType(false) {
+    if (fSuper) fSuper->fIsBaseType = true;
+}
+
+RCDefinition::RCDefinition(UniqueStruct* name, RCDefinition* super, RCStatement* body, unsigned long resType)
+    : RCDefinition(name, super, resType) {
+    fBody = body;
+}
+
+RCDefinition::RCDefinition(UniqueStruct* name, RCDefinition* super, RCDefinition* asType,
+                           unsigned long resType)
+    : RCDefinition(name, super, resType) {
+    fAsType = asType;
+}
+
+RCDefinition::~RCDefinition() { delete fBody; }
+
+void RCDefinition::ParseDefinition(RCScanner* aScanner) {
+    VELOR_ASSERT(aScanner->TokenType() == kRCScan_Type);
+    aScanner->NextToken();
+    RCSymbolTable* symbols = aScanner->GetSymbolTable();
+    UniqueStruct* name = aScanner->ScanName(kErrExpectedIdentifier);
+    if (!name) return;
+    if (symbols->LookupDefinition(name)) {
+        aScanner->Error(kErrTypeAlreadyDefined, 1, nameOf(name));
+        return;
+    }
+
+    unsigned long resType = 0;
+    bool hasResType = false;
+    if (aScanner->Scan(kPPScan_LParen)) {
+        RCPtr<RCExpression> type(ScanNumber(aScanner));
+        if (!type) {
+            aScanner->ScanUntil(kPPScan_RParen);
+            return;
+        }
+        resType = static_cast<unsigned long>(EvalNumber(type, aScanner));
+        if (!aScanner->ScanUntil(kPPScan_RParen, kErrExpectedRParen)) return;
+        hasResType = true;
+    }
+
+    RCDefinition* super = nullptr;
+    if (aScanner->Scan(kPPScan_Colon)) {
+        UniqueStruct* superName = aScanner->ScanName(kErrExpectedIdentifier);
+        if (!superName) return;
+        super = symbols->LookupDefinition(superName);
+        if (!super) {
+            aScanner->Error(kErrUnknownBaseType, 1, nameOf(superName));
+            return;
+        }
+    }
+
+    RCNamedList<RCNamedValue> parameters;
+    if (super && aScanner->Scan(kPPScan_LParen) && !ParseClassParameters(aScanner, parameters)) return;
+
+    if (aScanner->TokenType() != kPPScan_LCurly) {
+        aScanner->Error(kErrExpectedLCurly, 0);
+        return;
+    }
+    RCStatement* body = ParseCompound(aScanner);
+    if (!body) return;
+    RCDefinition* definition = new RCDefinition(name, super, body, resType);
+    definition->fHasResType = hasResType;
+    definition->fParameters = parameters;
+    symbols->AddDefinition(name, definition);
+}
+
+bool RCDefinition::ParseClassParameters(RCScanner* scanner, RCNamedList<RCNamedValue>& parameters) {
+    if (scanner->Scan(kPPScan_RParen)) return true;
+    do {
+        UniqueStruct* name = scanner->ScanName(kErrExpectedIdentifier);
+        if (!name || !scanner->Scan(kPPScan_Assign, kErrExpectedEquals)) return false;
+        RCPtr<RCExpression> value(ScanNumber(scanner));
+        if (!value) return false;
+        parameters.Append(name, RCNumber(EvalNumber(value, scanner)));
+    } while (scanner->Scan(kPPScan_Comma));
+    return scanner->Scan(kPPScan_RParen, kErrExpectedRParen);
+}
+
+bool RCDefinition::DoResource(RCScanner* aScanner, RCResourceFile* resourceFile) {
+    VELOR_ASSERT(aScanner->TokenType() == kRCScan_Resource);
+    aScanner->NextToken();
+    ResourceHead head;
+    bool created = ParseResourceHead(aScanner, head) && CompileResource(aScanner, resourceFile, head);
+    head.name.Destroy();
+    gCurrentLanguage = 0;
+    return created;
+}
+
+bool RCDefinition::CreateResource(RCBindings* bindings, RCScanner* scanner) {
+    return CreateResource(bindings, scanner, nullptr);
+}
+
+bool RCDefinition::CreateResource(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>* parameters) {
+    return CreateResource(bindings, scanner, parameters, kPPScan_LCurly);
+}
+
+bool RCDefinition::CreateResource(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>* parameters,
+                                  int openToken) {
+    VELOR_ASSERT(openToken == kPPScan_LCurly || openToken == kPPScan_LParen);
+    bool inBraces = openToken == kPPScan_LCurly;
+    int closeToken = inBraces ? kPPScan_RCurly : kPPScan_RParen;
+    // A missing opening token counts as an error but lets the caller go on as if the instance
+    // were empty.
+    if (!scanner->Scan(openToken, inBraces ? kErrExpectedLCurly : kErrExpectedLParen)) return true;
+    if (CreateResource_Body(bindings, scanner, parameters))
+        return scanner->ScanUntil(closeToken, inBraces ? kErrExpectedRCurly : kErrExpectedRParen);
+    scanner->ScanUntil(closeToken);
+    return false;
+}
+
+bool RCDefinition::CreateResource_Body(RCBindings* bindings, RCScanner* scanner,
+                                       RCNamedList<RCNamedValue>* parameters) {
+    // The frame's fixups run when it closes, at the end of this instance.
+    RCBindDefinition frame(scanner, bindings, this);
+    RCNamedList<RCNamedValue> merged;
+    AppendCopies(merged, parameters);
+    AppendCopies(merged, &fParameters);
+    RCListIterator<RCNamedList<RCNamedValue>> assignments(merged);
+    while (RCNamedValue* parameter = assignments.Next())
+        bindings->AssignToClassParameter(parameter->fName, parameter->fValue.AsInteger());
+
+    bool tracing = DescriptionsOn();
+    if (tracing) OpenTrace(bindings, "(type ", fName);
+    bool created = CreateParts(bindings, scanner, merged, tracing);
+    if (tracing) CloseTrace(bindings);
+    return created;
+}
+
+bool RCDefinition::CreateParts(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>& parameters,
+                               bool tracing) {
+    if (fSuper && !CreateNested("(super ", fSuper, bindings, scanner, parameters, tracing)) return false;
+    if (fBody) return fBody->CreateResource(bindings, scanner);
+    VELOR_ASSERT(fAsType != 0);
+    return CreateNested("(as ", fAsType, bindings, scanner, parameters, tracing);
+}
+
+bool RCDefinition::CreateNested(char const* keyword, RCDefinition* definition, RCBindings* bindings,
+                                RCScanner* scanner, RCNamedList<RCNamedValue>& parameters, bool tracing) {
+    if (tracing) OpenTrace(bindings, keyword, definition->fName);
+    bool created = definition->CreateResource_Body(bindings, scanner, &parameters);
+    if (tracing) {
+        CloseTrace(bindings);
+        newLineIndent(bindings->GetDescriptionArea(), bindings->GetDescriptionIndent());
+    }
+    return created;
+}
+
+void RCDefinition::OpenTrace(RCBindings* bindings, char const* keyword, UniqueStruct* name) {
+    DataArea* trace = bindings->GetDescriptionArea();
+    writeText(trace, keyword);
+    writeText(trace, nameOf(name));
+    newLineIndent(trace, bindings->IncrementDescriptionIndent(2));
+}
+
+void RCDefinition::CloseTrace(RCBindings* bindings) {
+    bindings->IncrementDescriptionIndent(-2);
+    writeChar(bindings->GetDescriptionArea(), ')');
+}
+
+void RCDefinition::WriteDescription(DataArea* area, int indent) {
+    writeText(area, "(type ");
+    writeText(area, nameOf(fName));
+    if (fHasResType) {
+        newLineIndent(area, indent + 2);
+        writeText(area, "(restype ");
+        writeNumber(area, static_cast<long>(fResType));
+        writeChar(area, ')');
+    }
+    if (fSuper) {
+        newLineIndent(area, indent + 2);
+        writeText(area, "(super ");
+        writeText(area, nameOf(fSuper->fName));
+        if (fParameters.First()) {
+            newLineIndent(area, indent + 6);
+            writeText(area, "(args ");
+            writeNamedNumbers(area, indent + 8, fParameters);
+            writeChar(area, ')');
+        }
+        writeChar(area, ')');
+    }
+    if (fAsType) {
+        newLineIndent(area, indent + 2);
+        writeText(area, "(as ");
+        writeText(area, nameOf(fAsType->fName));
+        writeChar(area, ')');
+    }
+    if (fBody) {
+        newLineIndent(area, indent + 2);
+        fBody->WriteDescription(area, indent + 2);
+    }
+    writeChar(area, ')');
+}
+
+bool RCDefinition::CreateResource_File(RCBindings* bindings, RCScanner* scanner, PP_CInput* input) {
+    return Content()->CreateResource_File(bindings, scanner, input);
+}
+
+bool RCDefinition::ConsumesInput() const { return Content()->ConsumesInput(); }
+
+RCStatement* RCDefinition::Content() const { return fBody ? fBody : fAsType; }
+
+bool RCDefinition::IsSubClassOf(RCDefinition const* definition) const {
+    for (RCDefinition const* type = this; type; type = type->fSuper)
+        if (type == definition) return true;
+    return false;
+}
+
+void RCDefinition::AddClassParameter(UniqueStruct* name, long value) { fParameters.Append(name, RCNumber(value)); }

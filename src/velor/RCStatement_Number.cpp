@@ -1,0 +1,146 @@
+#include "RCStatement_Number.h"
+
+#include "Assertion.h"
+#include "RCBindings.h"
+#include "RCDescription.h"
+#include "RCExpression.h"
+#include "RCNamedExpression.h"
+#include "RCScanner.h"
+#include "UniqueNames.h"
+
+namespace {
+
+constexpr int kErrExpectedBracketAfterBitstring = 32708;
+constexpr int kErrForwardExpression = 32703;
+constexpr int kErrNotNumericName = 32725;
+constexpr int kErrExpectedIdentifier = 32752;
+
+// The width of the field that the keyword opens; bitstring's width is read separately.
+short WidthOfKeyword(int token) {
+    switch (token) {
+    case kRCScan_Boolean: return 1;
+    case kRCScan_Byte: return 8;
+    case kRCScan_Integer: return 16;
+    case kRCScan_Longint: return 32;
+    case kRCScan_Single: return 32;
+    case kRCScan_Double: return 64;
+    default:
+        VELOR_ASSERT_TEXT("RCStatement_Number::ParseNumber", false);
+        return 0;
+    }
+}
+
+}  // namespace
+
+RCStatement_Number::RCStatement_Number(short width, bool isInteger)
+    : fWidth(width), fIsInteger(isInteger) {}
+
+RCStatement_Number::RCStatement_Number(short width, bool isInteger, RCExpression* value)
+    : fValueExpr(value), fWidth(width), fIsInteger(isInteger) {}
+
+RCStatement_Number::RCStatement_Number(short width, bool isInteger, RCNamedList<RCNamedValue>& values)
+    : fValues(values), fWidth(width), fIsInteger(isInteger) {}
+
+RCStatement* RCStatement_Number::ParseNumber(RCScanner* scanner, bool isInteger) {
+    int keyword = scanner->TokenType();
+    scanner->NextToken();
+
+    short width;
+    if (keyword == kRCScan_Bitstring) {
+        if (!scanner->Scan(kPPScan_LBrace, kErrExpectedBracketAfterBitstring)) return nullptr;
+        RCPtr<RCExpression> length(ScanLength(scanner));
+        if (!length) return nullptr;
+        width = static_cast<short>(EvalNumber(length, scanner));
+    } else {
+        width = WidthOfKeyword(keyword);
+    }
+
+    if (scanner->Scan(kPPScan_Assign)) {
+        RCExpression* value = ScanNumber(scanner);
+        return value ? new RCStatement_Number(width, isInteger, value) : nullptr;
+    }
+    if (scanner->TokenType() == kPPScan_Ident) {
+        RCNamedList<RCNamedValue> values;
+        if (!ParseSymbolicValues(scanner, values)) return nullptr;
+        return new RCStatement_Number(width, isInteger, values);
+    }
+    return new RCStatement_Number(width, isInteger);
+}
+
+bool RCStatement_Number::ParseSymbolicValues(RCScanner* scanner, RCNamedList<RCNamedValue>& values) {
+    // Values must be known now: the scratch bindings have no resource to refer to.
+    RCBindings scratch(scanner->GetSymbolTable(), nullptr, 0, 0);
+    RCNumber next(0L);
+    for (;;) {
+        RCPtr<RCNamedExpression> entry(
+            RCNamedExpression::ParseNamedValue(scanner, RCExpression::Number(next)));
+        if (!entry->fValue) return false;
+        bool isConstant = false;
+        RCPtr<RCExpression> reduced(entry->fValue->Reduce(scanner, &scratch, isConstant));
+        if (!isConstant) {
+            scanner->Error(kErrForwardExpression, 0);
+            return false;
+        }
+        RCNumber value = reduced->Evaluate(scanner, &scratch);
+        values.Append(entry->fName, value);
+        if (!scanner->Scan(kPPScan_Comma)) return true;
+        next = value.Increment(1);
+    }
+}
+
+bool RCStatement_Number::CreateResource(RCBindings* bindings, RCScanner* scanner) {
+    if (DescriptionsOn()) {
+        DataArea* trace = bindings->GetDescriptionArea();
+        WriteKindAndWidth(trace);
+        writeChar(trace, ')');
+    }
+    if (!ConsumesInput()) return bindings->AddValue(scanner, fValueExpr, fWidth, fIsInteger);
+    if (!AddInputValue(bindings, scanner)) return false;
+    // At most one separator belongs to the value; a second one is left for the next field.
+    if (!scanner->Scan(kPPScan_Semicolon)) scanner->Scan(kPPScan_Comma);
+    return true;
+}
+
+bool RCStatement_Number::AddInputValue(RCBindings* bindings, RCScanner* scanner) {
+    // An identifier here always names one of the field's symbolic values; labels and variables
+    // must be written in a form that does not start with an identifier.
+    if (scanner->TokenType() == kPPScan_Ident) return AddSymbolicValue(bindings, scanner);
+    RCPtr<RCExpression> value(ScanNumber(scanner));
+    return value && bindings->AddValue(scanner, value, fWidth, fIsInteger);
+}
+
+bool RCStatement_Number::AddSymbolicValue(RCBindings* bindings, RCScanner* scanner) {
+    UniqueStruct* name = scanner->ScanName(kErrExpectedIdentifier);
+    RCNamedValue* symbol = fValues.Lookup(name);
+    if (!symbol) {
+        scanner->Error(kErrNotNumericName, 1, nameOf(name));
+        return false;
+    }
+    return bindings->AddValue(scanner, symbol->fValue, fWidth, fIsInteger);
+}
+
+void RCStatement_Number::WriteKindAndWidth(DataArea* area) const {
+    writeText(area, fIsInteger ? "(bitstring " : "(float ");
+    writeNumber(area, static_cast<long>(fWidth));
+}
+
+void RCStatement_Number::WriteDescription(DataArea* area, int indent) {
+    WriteKindAndWidth(area);
+    if (fValueExpr) {
+        newLineIndent(area, indent + 2);
+        writeText(area, "(value ");
+        fValueExpr->WriteDescription(area, indent + 4);
+        writeChar(area, ')');
+    }
+    if (fValues.First()) {
+        newLineIndent(area, indent + 2);
+        writeText(area, "(oneof");
+        writeNamedNumbers(area, indent + 4, fValues);
+        writeChar(area, ')');
+    }
+    writeChar(area, ')');
+}
+
+char RCStatement_Number::LabelWidth() { return static_cast<char>(fWidth); }
+
+bool RCStatement_Number::ConsumesInput() const { return !fValueExpr; }

@@ -1,0 +1,239 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "Msgs.h"
+#include "Options.h"
+#include "PPMacTbl.h"
+#include "PPMemMgr.h"
+#include "DataArea.h"
+#include "RCHash.h"
+#include "RCDefinition.h"
+#include "RCResourceFile.h"
+#include "RCScanner.h"
+#include "RCSymTbl.h"
+#include "UniqueNames.h"
+
+namespace {
+
+constexpr unsigned long kType = 0x54455354;                // 'TEST'
+constexpr unsigned long kInstanceDescription = 0x46577244;  // 'FWrD'
+
+// Compiles a text through the top-level statements and keeps what it said and made.
+class Compilation : public testing::Test {
+protected:
+    Compilation() : fMacros(&fMemory), fScanner(&fMemory, &fMacros, &fSymbols), fResources("out/r.rsrc") {
+        gOptions = &fOptions;
+    }
+    ~Compilation() override { gOptions = fPreviousOptions; }
+
+    // Runs every statement of the text, as the tool's loop would without stopping on errors, and
+    // returns the messages shown.
+    std::string Compile(char const* text) {
+        uint32_t errorsBefore = Msgs::GetErrorCount();
+        testing::internal::CaptureStderr();
+        fScanner.PushInput(fScanner.ReadFile(text, "test.vd"));
+        for (int token = fScanner.NextToken(); token != kPPScan_EOF; token = fScanner.TokenType()) {
+            if (token == kRCScan_Type)
+                RCDefinition::ParseDefinition(&fScanner);
+            else if (token == kRCScan_Resource)
+                RCDefinition::DoResource(&fScanner, &fResources);
+            else
+                fScanner.NextToken();
+        }
+        fErrors = Msgs::GetErrorCount() - errorsBefore;
+        return testing::internal::GetCapturedStderr();
+    }
+
+    // The text of a description resource, without its terminating zero, or "missing".
+    std::string Description(char const* name) {
+        short id = static_cast<short>(RCHash(name, static_cast<int>(std::strlen(name))));
+        RCResource* resource = fResources.Lookup(kInstanceDescription, id);
+        if (!resource) return "missing";
+        std::string text(resource->GetContents(), resource->GetContentsLength());
+        EXPECT_EQ('\0', text.back());
+        return text.substr(0, text.size() - 1);
+    }
+
+    // The bytes of a resource, or "missing".
+    std::string Bytes(short id, unsigned long type = kType) {
+        RCResource* resource = fResources.Lookup(type, id);
+        if (!resource) return "missing";
+        std::string hex;
+        char byte[4];
+        for (long i = 0; i < resource->GetContentsLength(); ++i) {
+            snprintf(byte, sizeof byte, "%02X", static_cast<unsigned char>(resource->GetContents()[i]));
+            hex += hex.empty() ? byte : std::string(" ") + byte;
+        }
+        return hex;
+    }
+
+    Options fOptions;
+    Options* fPreviousOptions = gOptions;
+    PP_CMemoryManager_Basic fMemory;
+    PP_CMacroTable_Basic fMacros;
+    RCSymbolTable fSymbols;
+    RCScanner fScanner;
+    RCResourceFile fResources;
+    uint32_t fErrors = 0;
+};
+
+TEST_F(Compilation, NumberFieldsPackBitsAndKeepAlignedBytesLowFirst) {
+    Compile("type T('TEST') { boolean; boolean; byte; bitstring[6]; integer = 258; bitstring[24]; };"
+            "resource T (1) { 1; 0; 0xFF, 0x15; 0x030201 };"
+            "type U('TEST' + 1) { boolean; integer = 258; bitstring[0]; };"
+            "resource U (1) { 1, 99 };");
+    EXPECT_EQ(0u, fErrors);
+    // The byte straddles two output bytes; fields of whole bytes on a byte boundary go low byte
+    // first, the integer behind a single bit goes most significant bit first.
+    EXPECT_EQ("BF D5 02 01 01 02 03", Bytes(1));
+    EXPECT_EQ("80 81 00", Bytes(1, kType + 1));
+}
+
+TEST_F(Compilation, SymbolicValuesRunOnFromThePreviousOne) {
+    Compile("type T('TEST') { byte a, b, c = 10, d; byte x = 1, y = 3; };"
+            "resource T (1) { a; y }; resource T (2) { b, 2 }; resource T (3) { c; 0x40 };"
+            "resource T (4) { d; x };");
+    EXPECT_EQ(0u, fErrors);
+    EXPECT_EQ("00 03", Bytes(1));
+    EXPECT_EQ("01 02", Bytes(2));
+    EXPECT_EQ("0A 40", Bytes(3));
+    EXPECT_EQ("0B 01", Bytes(4));
+}
+
+TEST_F(Compilation, IdentifierOutsideTheValueListIsRefused) {
+    std::string messages = Compile("type T('TEST') { byte a; }; resource T (1) { b };");
+    EXPECT_NE(std::string::npos, messages.find("Identifier 'b' does not name a numeric value."));
+    EXPECT_EQ("missing", Bytes(1));
+}
+
+TEST_F(Compilation, SymbolicValueMustBeKnownWhenTheTypeIsParsed) {
+    std::string messages = Compile("type T('TEST') { byte a = later; }; resource T (1) { a };");
+    EXPECT_NE(std::string::npos, messages.find("Failed to evaluate forward expression."));
+    EXPECT_EQ(nullptr, fSymbols.LookupDefinition(uniqueOf("T")));
+}
+
+TEST_F(Compilation, ModifiersAndKeyAreDroppedInTheirOrderOnly) {
+    Compile("type T('TEST') { unsigned hex wide byte; key byte; decimal byte }; resource T (1) { 1; 2; 3 };");
+    EXPECT_EQ(0u, fErrors);
+    EXPECT_EQ("01 02 03", Bytes(1));
+
+    std::string messages = Compile("type U(1) { hex unsigned byte; };");
+    EXPECT_NE(std::string::npos, messages.find("Error in type specification."));
+    EXPECT_EQ(nullptr, fSymbols.LookupDefinition(uniqueOf("U")));
+}
+
+TEST_F(Compilation, StatementsEndInSemicolonOrClosingBrace) {
+    EXPECT_NE(std::string::npos, Compile("type A(1) { byte byte; };").find("Expected ';' or '}'."));
+    EXPECT_NE(std::string::npos, Compile("type B(1) { byte; ; };").find("Error in type specification."));
+    EXPECT_NE(std::string::npos, Compile("type C(1) { word; };").find("Error in type specification."));
+    EXPECT_EQ(nullptr, fSymbols.LookupDefinition(uniqueOf("A")));
+    EXPECT_EQ(nullptr, fSymbols.LookupDefinition(uniqueOf("C")));
+}
+
+TEST_F(Compilation, SecondSeparatorIsLeftForTheNextField) {
+    std::string messages = Compile("type T('TEST') { byte; byte; }; resource T (1) { 1;; 2 };");
+    EXPECT_NE(std::string::npos, messages.find("Syntax error in expression."));
+    EXPECT_EQ("missing", Bytes(1));
+}
+
+TEST_F(Compilation, EmptyAndConstantBodiesReadNoValues) {
+    Compile("type E('TEST') { }; resource E (1) { };"
+            "type K('TEST' + 1) { byte = 9; boolean = 1; }; resource K (1) { };");
+    EXPECT_EQ(0u, fErrors);
+    EXPECT_EQ("", Bytes(1));
+    EXPECT_EQ("09 80", Bytes(1, kType + 1));
+    EXPECT_FALSE(fSymbols.LookupDefinition(uniqueOf("K"))->ConsumesInput());
+}
+
+TEST_F(Compilation, WidthIsCheckedWhereTheFieldIsUsed) {
+    EXPECT_EQ(0u, (Compile("type T('TEST') { bitstring[33]; };"), fErrors));
+    std::string messages = Compile("resource T (1) { 1 };");
+    EXPECT_NE(std::string::npos, messages.find("Width of 33 is not in the range of [1, 32]."));
+}
+
+TEST_F(Compilation, ResourceHeadGivesIdCutTo16BitsOptionsAndName) {
+    Compile("type T('TEST') { byte; };"
+            "resource T (70000) { 1 }; resource T (-1, PROTECTED | LOCKED | \"x\") { 2 };"
+            "resource T (5, \"named\") { 3 };");
+    EXPECT_EQ(0u, fErrors);
+    EXPECT_EQ("01", Bytes(4464));
+    EXPECT_EQ("02", Bytes(-1));
+    EXPECT_EQ("03", Bytes(5));
+}
+
+TEST_F(Compilation, ResourceHeadErrors) {
+    Compile("type T('TEST') { byte; }; type NoType { byte; };");
+    EXPECT_NE(std::string::npos, Compile("resource T (1, \"x\", SYSHEAP) { 1 };").find("Expected ')'."));
+    EXPECT_NE(std::string::npos, Compile("resource T (2, SHARED) { 1 };").find("Unknown resource option 'SHARED'."));
+    EXPECT_NE(std::string::npos,
+              Compile("resource 99 (3) { };").find("Numeric value of '99' is a known predefined resource."));
+    EXPECT_NE(std::string::npos, Compile("resource 3 (4) { };").find("Bad resource kind 'ICON'."));
+    EXPECT_NE(std::string::npos,
+              Compile("resource NoType (5) { 1 };")
+                  .find("Type 'NoType' cannot be used as a resource because it has no resource type."));
+    for (short id = 1; id <= 5; ++id) EXPECT_EQ("missing", Bytes(id));
+}
+
+TEST_F(Compilation, DuplicateResourceWarnsAndKeepsTheFirst) {
+    std::string messages = Compile("type T('TEST') { byte; }; resource T (7) { 1 }; resource T (7) { 2 };");
+    EXPECT_EQ(0u, fErrors);
+    EXPECT_NE(std::string::npos, messages.find("Warning: Duplicate resource: (54455354)7.  Using the first one."));
+    EXPECT_EQ("01", Bytes(7));
+}
+
+TEST_F(Compilation, ValueListWithoutBraceStillMakesAnEmptyResource) {
+    std::string messages = Compile("type T('TEST') { byte; }; resource T (1) 5;");
+    EXPECT_NE(std::string::npos, messages.find("Expected '{'."));
+    EXPECT_EQ("", Bytes(1));
+}
+
+TEST_F(Compilation, TypeNamesAreDefinedOnce) {
+    std::string messages = Compile("type T('TEST') { byte = 1; }; type T('TEST') { byte = 2; };");
+    EXPECT_NE(std::string::npos, messages.find("Type T already defined."));
+    Compile("resource T (1) { };");
+    EXPECT_EQ("01", Bytes(1));
+}
+
+TEST_F(Compilation, BaseTypeFieldsComeFirstAndAResourceTypeOfZeroCounts) {
+    Compile("type Base { byte = 1; }; type Derived(0) : Base() { byte; };"
+            "type Other('TEST') : Base(p = 3, q = 4) { byte = 2; };"
+            "resource Derived (1) { 7 }; resource Other (1) { };");
+    EXPECT_EQ(0u, fErrors);
+    EXPECT_EQ("01 07", Bytes(1, 0));
+    EXPECT_EQ("01 02", Bytes(1));
+    RCDefinition* base = fSymbols.LookupDefinition(uniqueOf("Base"));
+    EXPECT_TRUE(base->IsBaseType());
+    EXPECT_TRUE(fSymbols.LookupDefinition(uniqueOf("Other"))->IsSubClassOf(base));
+    EXPECT_FALSE(base->IsSubClassOf(fSymbols.LookupDefinition(uniqueOf("Other"))));
+}
+
+TEST_F(Compilation, UnknownBaseTypeIsRefused) {
+    std::string messages = Compile("type D(1) : Nowhere { byte; };");
+    EXPECT_NE(std::string::npos, messages.find("Custom type name expected, but 'Nowhere' found."));
+}
+
+TEST_F(Compilation, TypeDescriptionShowsResourceTypeValuesAndNames) {
+    Compile("type Foo('abcd') { byte = 3; byte d, e = 5; };");
+    DataArea area;
+    fSymbols.LookupDefinition(uniqueOf("Foo"))->WriteDescription(&area, 0);
+    WithLockedDataArea locked(&area);
+    EXPECT_EQ("(type Foo\n  (restype 1633837924)\n  (prog\n    (bitstring 8\n      (value 3))\n"
+              "    (bitstring 8\n      (oneof\n        (d 0)\n        (e 5)))))",
+              std::string(area.GetData(0), area.GetCursor()));
+}
+
+TEST_F(Compilation, InstanceDescriptionTracesEachTypeInstance) {
+    fOptions.SetWriteDescriptions(true);
+    Compile("type Base { byte = 1; }; type D('TEST') : Base { byte; double; }; resource D (1, \"one\") { 2; 0.5 };"
+            "resource D (1) { 3; 1.0 };");
+    EXPECT_EQ(0u, fErrors);
+    EXPECT_EQ("(type D\n  (super Base\n    (type Base\n      (prog\n        (bitstring 8))))\n"
+              "  (prog\n    (bitstring 8)\n    (float 64)))",
+              Description("D(0001)"));
+    // Only the resource that was kept has its description.
+    EXPECT_EQ("01 02 00 00 00 00 00 00 E0 3F", Bytes(1));
+}
+
+}  // namespace
