@@ -1,0 +1,71 @@
+// Compiling `type` and `resource` statements: the time per resource statement should stay flat as
+// a file holds more of them, and so should the time per field as a type grows.
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "Msgs.h"
+#include "Options.h"
+#include "PPMacTbl.h"
+#include "PPMemMgr.h"
+#include "RCDefinition.h"
+#include "RCResourceFile.h"
+#include "RCScanner.h"
+#include "RCSymTbl.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Runs the top-level statements of a text and returns the nanoseconds it took.
+double CompileNanoseconds(std::string const& text) {
+    PP_CMemoryManager_Basic memory;
+    PP_CMacroTable_Basic macros(&memory);
+    RCSymbolTable symbols;
+    RCScanner scanner(&memory, &macros, &symbols);
+    RCResourceFile resources("out/bench.rsrc");
+    auto start = Clock::now();
+    scanner.PushInput(scanner.ReadFile(text.c_str(), "bench.vd"));
+    for (int token = scanner.NextToken(); token != kPPScan_EOF; token = scanner.TokenType()) {
+        if (token == kRCScan_Type)
+            RCDefinition::ParseDefinition(&scanner);
+        else if (token == kRCScan_Resource)
+            RCDefinition::DoResource(&scanner, &resources);
+        else
+            scanner.NextToken();
+    }
+    std::chrono::duration<double, std::nano> elapsed = Clock::now() - start;
+    if (Msgs::GetErrorCount() != 0) std::abort();
+    return elapsed.count();
+}
+
+double NanosecondsPerResource(long count) {
+    std::string text = "type Rec('BNCH') { bitstring[4]; bitstring[4]; integer; byte a, b, c = 10; boolean; };\n";
+    for (long id = 0; id < count; ++id)
+        text += "resource Rec (" + std::to_string(id - 32768) + ") { 10; 5; 0x1234; c; 1 };\n";
+    return CompileNanoseconds(text) / static_cast<double>(count);
+}
+
+double NanosecondsPerField(long count) {
+    std::string type = "type Wide('WIDE') {";
+    std::string values = "resource Wide (1) {";
+    for (long i = 0; i < count; ++i) {
+        type += i % 2 ? " byte;" : " bitstring[3];";
+        values += " " + std::to_string(i % 8) + ";";
+    }
+    return CompileNanoseconds(type + " };\n" + values + " };\n") / static_cast<double>(count);
+}
+
+}  // namespace
+
+int main() {
+    Options options;
+    gOptions = &options;
+    for (long count : {1000L, 10000L, 60000L})
+        std::printf("%6ld resources: %8.1f ns per resource statement\n", count, NanosecondsPerResource(count));
+    for (long count : {1000L, 10000L, 100000L})
+        std::printf("%6ld fields:    %8.1f ns per field of one type and its resource\n", count,
+                    NanosecondsPerField(count));
+    return 0;
+}
