@@ -45,7 +45,9 @@ struct AtExitNode {
 AtExitNode* gAtExitProcs = nullptr;
 AtExitNode* gCurrentExitProc = nullptr;
 
-// The response files being read, innermost first, so that a file naming itself is caught.
+// The response files being read, innermost first. A file that names itself, directly or through
+// others, would otherwise recurse until the stack runs out; with its name on this list it gets
+// message 1007 instead.
 class CmdToolRCheck {
 public:
     explicit CmdToolRCheck(char const* name) : fNext(fgRoot), fName(name) { fgRoot = this; }
@@ -261,6 +263,7 @@ uint64_t CmdTool::GetResType(char const* text, char const* option) {
     constexpr size_t kResTypeLength = 4;
     size_t length = std::strlen(text);
     if (length > kResTypeLength) {
+        // Message 1006 has a third conversion with no argument of its own; the text fills it.
         if (option != nullptr)
             Msgs::Display(Msgs::kWarning, 1005, option, static_cast<int>(kResTypeLength), text);
         else

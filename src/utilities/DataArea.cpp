@@ -142,7 +142,7 @@ uint64_t DataArea::AlignCursor(uint64_t n) {
 
 void DataArea::Delete(uint64_t start, uint64_t end) {
     VELOR_ASSERT(start <= end && start <= fSize);
-    end = std::min(end, fSize);
+    end = std::min(end, fSize);  // nothing lies past the data to move down
     uint64_t const removed = end - start;
     if (removed == 0) return;
     std::memmove(Bytes() + start, Bytes() + end, fSize - end);

@@ -115,7 +115,8 @@ void AnsiCPPTool::DoFilename(char* word) {
 }
 
 // An entry ends at a blank only where the next character may begin a new path: "/", ".", a
-// quote, or the end of the list. Any other blank belongs to the name.
+// quote, or the end of the list. Any other blank belongs to the name. No entry is longer than the
+// list, so a scratch buffer of the list's size cannot overflow.
 void AnsiCPPTool::DoIncludePathList(char const* list) {
     TemporaryBuffer scratch(std::strlen(list) + 1);
     char* const entry = scratch.GetBuffer();

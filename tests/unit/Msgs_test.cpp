@@ -29,8 +29,9 @@ TEST(Msgs, LabelsFollowTheKindOfMessage) {
     EXPECT_EQ("# plain\n", Shown(kStartMask, [] { Msgs::Display(32, "plain\n"); }));
     EXPECT_EQ("progress\n", Shown(2, [] { Msgs::Display(2, "progress\n"); }));
     EXPECT_EQ("# Warning: \n", Shown(kStartMask, [] { Msgs::Display(4 | 2, "\n"); }));
-    // Two counted kinds at once give no word, only the marker.
-    EXPECT_EQ("# two\n", Shown(kStartMask, [] { Msgs::Display(4 | 32 | 128, "two\n"); }));
+    // Two counted kinds at once give no word, and bit 128 drops it; the marker stays.
+    EXPECT_EQ("# two\n", Shown(kStartMask, [] { Msgs::Display(4 | 8, "two\n"); }));
+    EXPECT_EQ("# silent\n", Shown(kStartMask, [] { Msgs::Display(4 | 128, "silent\n"); }));
 }
 
 TEST(Msgs, NumberedMessagesComeFromTheTableWithALineEnd) {
@@ -63,6 +64,7 @@ TEST(Msgs, HiddenFreeFormWarningsCountButHiddenNumberedOnesDoNot) {
 
 TEST(Msgs, FatalMessageThrowsTheExitCodeWhenAsked) {
     bool previous = Msgs::ThrowOnExit(true);
+    Msgs::SetProgName("tool");
     CaptureStderr();
     int code = -1;
     try {
@@ -70,13 +72,12 @@ TEST(Msgs, FatalMessageThrowsTheExitCodeWhenAsked) {
     } catch (Msgs::Exception const& exception) {
         code = exception.GetExitCode();
     }
-    Msgs::SetProgName("tool");
     try {
         Msgs::Exit(0);
     } catch (Msgs::Exception const& exception) {
         EXPECT_EQ(0, exception.GetExitCode());
     }
-    EXPECT_EQ("# Fatal error: boom\n\n - Execution terminated!\n", GetCapturedStderr());
+    EXPECT_EQ("# Fatal error: boom\n\ntool - Execution terminated!\n", GetCapturedStderr());
     EXPECT_EQ(1, code);
     EXPECT_TRUE(Msgs::ThrowOnExit(previous));
 }
@@ -85,7 +86,6 @@ TEST(Msgs, FatalMessageThrowsTheExitCodeWhenAsked) {
 TEST(MsgsDeathTest, ErrorCheckEndsTheRunAfterAnError) {
     auto run = [] {
         Msgs::SetProgName("velor");
-        Msgs::ErrorCheck();
         Msgs::Display(8, 1000, "zz");
         std::fputs("still running\n", stderr);
         Msgs::ErrorCheck();
