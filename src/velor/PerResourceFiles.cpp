@@ -136,15 +136,14 @@ void RemoveOldResourceFiles(std::string const& folder) {
     for (auto const& path : doomed) fs::remove(path, error);
 }
 
-int CreateResourceFile(RCResource const* resource, bool& sourceRecorded) {
+int CreateResourceFile(RCResource const* resource) {
     auto folder = OutputFolder();
     if (!folder) return 1;
-    if (!sourceRecorded) {
-        StopOnSeveralInputFiles();
-        StopOnSourceConflict(*folder);
-        CreateVdFilePathFile(*folder);
-        sourceRecorded = true;
-    }
+    StopOnSeveralInputFiles();
+    // The record is read back for every resource: a name that does not survive the reading as
+    // blank-separated words stops the run at the second resource.
+    StopOnSourceConflict(*folder);
+    CreateVdFilePathFile(*folder);
     std::string typeFolder = *folder + "/vlbk_" + TypeText(resource->GetType());
     std::error_code ignored;
     fs::create_directory(typeFolder, ignored);

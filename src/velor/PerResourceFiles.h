@@ -19,10 +19,10 @@ std::optional<std::string> OutputFolder();
 // files of types such as 'STR ' surviving. Nothing else is touched and no shell is involved.
 void RemoveOldResourceFiles(std::string const& folder);
 
-// Writes one resource file. The first call of an output pass (sourceRecorded false) also ends the
-// run with exit code 1 when more than one input file was named or when the folder belongs to
-// another input file, and records the current one. Answers 0, or 1 when nothing could be written.
-int CreateResourceFile(RCResource const* resource, bool& sourceRecorded);
+// Writes one resource file, after ending the run with exit code 1 when more than one input file
+// was named or when the folder's record names another input file, and recording the current one.
+// Answers 0, or 1 when nothing could be written.
+int CreateResourceFile(RCResource const* resource);
 
 // Records the first input file as the source of folder; a failure passes in silence.
 void CreateVdFilePathFile(std::string const& folder);

@@ -18,5 +18,5 @@ int RCPrivMacResourceFile::Open(char const* path) {
 }
 
 int RCPrivMacResourceFile::AddResource(RCResource const* resource) {
-    return CreateResourceFile(resource, fSourceRecorded);
+    return CreateResourceFile(resource);
 }

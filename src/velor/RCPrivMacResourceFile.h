@@ -16,7 +16,4 @@ public:
 
 private:
     RsrcMacFile fFile;
-    // The source record is checked and written with the first resource of a pass; the later ones
-    // would only write the same text again.
-    bool fSourceRecorded = false;
 };
