@@ -77,12 +77,20 @@ unsigned long FlagOfName(char const* name) {
     return 0;
 }
 
-// A copy of the incoming parameters followed by a copy of the definition's own, so that a value
-// passed in from outside is assigned, and therefore wins, first.
-void AppendCopies(RCNamedList<RCNamedValue>& target, RCNamedList<RCNamedValue>* source) {
+// Appends a fresh item for each item of source, which may be null.
+void appendList(RCNamedList<RCNamedValue>& target, RCNamedList<RCNamedValue>* source) {
     if (!source) return;
     RCListIterator<RCNamedList<RCNamedValue>> items(*source);
     while (RCNamedValue* item = items.Next()) target.Append(item->fName, item->fValue);
+}
+
+// Copies of the incoming parameters followed by copies of the definition's own, so that a value
+// passed in from outside is assigned, and therefore wins, first.
+RCNamedList<RCNamedValue> mergeLists(RCNamedList<RCNamedValue>* incoming, RCNamedList<RCNamedValue>* own) {
+    RCNamedList<RCNamedValue> merged;
+    appendList(merged, incoming);
+    appendList(merged, own);
+    return merged;
 }
 
 // The parts of a `resource` statement's head: `kind (id, options, "name")`.
@@ -362,9 +370,7 @@ bool RCDefinition::CreateResource_Body(RCBindings* bindings, RCScanner* scanner,
                                        RCNamedList<RCNamedValue>* parameters) {
     // The frame's fixups run when it closes, at the end of this instance.
     RCBindDefinition frame(scanner, bindings, this);
-    RCNamedList<RCNamedValue> merged;
-    AppendCopies(merged, parameters);
-    AppendCopies(merged, &fParameters);
+    RCNamedList<RCNamedValue> merged = mergeLists(parameters, &fParameters);
     RCListIterator<RCNamedList<RCNamedValue>> assignments(merged);
     while (RCNamedValue* parameter = assignments.Next())
         bindings->AssignToClassParameter(parameter->fName, parameter->fValue.AsInteger());
@@ -420,12 +426,7 @@ void RCDefinition::WriteDescription(DataArea* area, int indent) {
         newLineIndent(area, indent + 2);
         writeText(area, "(super ");
         writeText(area, nameOf(fSuper->fName));
-        if (fParameters.First()) {
-            newLineIndent(area, indent + 6);
-            writeText(area, "(args ");
-            writeNamedNumbers(area, indent + 8, fParameters);
-            writeChar(area, ')');
-        }
+        writeNamedNumbers(area, indent + 6, "(args ", fParameters);
         writeChar(area, ')');
     }
     if (fAsType) {

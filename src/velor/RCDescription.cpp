@@ -61,16 +61,20 @@ void writeString(DataArea* area, char const* bytes, unsigned long length) {
     writeChar(area, '"');
 }
 
-void writeNamedNumbers(DataArea* area, int indent, RCNamedList<RCNamedValue>& values) {
+void writeNamedNumbers(DataArea* area, int indent, char const* head, RCNamedList<RCNamedValue>& values) {
+    if (!values.First()) return;
+    newLineIndent(area, indent);
+    writeText(area, head);
     RCListIterator<RCNamedList<RCNamedValue>> entries(values);
     while (RCNamedValue* entry = entries.Next()) {
-        newLineIndent(area, indent);
+        newLineIndent(area, indent + 2);
         writeChar(area, '(');
         writeText(area, nameOf(entry->fName));
         writeChar(area, ' ');
         writeNumber(area, entry->fValue);
         writeChar(area, ')');
     }
+    writeChar(area, ')');
 }
 
 namespace {

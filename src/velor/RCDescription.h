@@ -24,8 +24,9 @@ void writeNumber(DataArea* area, long number);
 // backslash and three octal digits. Quotes and parentheses stay as they are.
 void writeString(DataArea* area, char const* text);
 void writeString(DataArea* area, char const* bytes, unsigned long length);
-// Each entry of the list on a line of its own at the indent, as "(name number)".
-void writeNamedNumbers(DataArea* area, int indent, RCNamedList<RCNamedValue>& values);
+// A group of named numbers: on a new line at the indent the head, then each entry as
+// "(name number)" on a line of its own two deeper, then ")". An empty list writes nothing.
+void writeNamedNumbers(DataArea* area, int indent, char const* head, RCNamedList<RCNamedValue>& values);
 
 // Stores a finished description as a resource of the given type, flagged 0x10: the text up to
 // the area's cursor, ended by one zero byte that belongs to it. The id is the hash of hashedText,

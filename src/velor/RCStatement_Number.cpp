@@ -132,12 +132,7 @@ void RCStatement_Number::WriteDescription(DataArea* area, int indent) {
         fValueExpr->WriteDescription(area, indent + 4);
         writeChar(area, ')');
     }
-    if (fValues.First()) {
-        newLineIndent(area, indent + 2);
-        writeText(area, "(oneof");
-        writeNamedNumbers(area, indent + 4, fValues);
-        writeChar(area, ')');
-    }
+    writeNamedNumbers(area, indent + 2, "(oneof", fValues);
     writeChar(area, ')');
 }
 

@@ -36,12 +36,12 @@ TEST(RCDescription, LinesIndentWithBlanksAndNamedNumbersStandOnLinesOfTheirOwn) 
     RCNamedList<RCNamedValue> values;
     values.Append(uniqueOf("on"), RCNumber(1L));
     values.Append(uniqueOf("off"), RCNumber(0L));
-    writeText(&area, "(oneof");
-    writeNamedNumbers(&area, 2, values);
-    writeChar(&area, ')');
+    writeNamedNumbers(&area, 1, "(oneof", values);
+    RCNamedList<RCNamedValue> none;
+    writeNamedNumbers(&area, 1, "(args ", none);
     writeBlanks(&area, -3);
     newLineIndent(&area, 1);
-    EXPECT_EQ("(oneof\n  (on 1)\n  (off 0))\n ", Text(area));
+    EXPECT_EQ("\n (oneof\n   (on 1)\n   (off 0))\n ", Text(area));
 }
 
 }  // namespace
