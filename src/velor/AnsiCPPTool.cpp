@@ -147,8 +147,9 @@ constexpr int kNeedResourceOrType = 32762;
 
 }  // namespace
 
-// The directories of the command line, then the current one, then those of the environment;
-// then each input file in turn. A run stops at the first check after an error.
+// The directories of the command line, then the directory ":" (a name, not the current folder),
+// then those of CIncludes; then each input file in turn. A run stops at the first check after an
+// error.
 void AnsiCPPTool::Run() {
     Msgs::Spin();
     gOptions->AddDirectory(":");

@@ -165,17 +165,6 @@ long getCEscape(char const*& p, char const* limit, bool wide) {
     return digits == 3 && !wide ? value & 0xFF : value;
 }
 
-// Compares a word of a pragma line with a name, without regard to case.
-bool Compare(PP_CTextReader word, char const* name) {
-    size_t const length = word.Readable();
-    if (length != std::strlen(name)) return false;
-    char const* text = word.GetReadPtr();
-    for (size_t i = 0; i < length; ++i)
-        if (std::tolower(static_cast<unsigned char>(text[i])) != std::tolower(static_cast<unsigned char>(name[i])))
-            return false;
-    return true;
-}
-
 // Wide text: each byte one unit, sign-extended as the byte stands, escapes taken whole.
 void ReadTextUnits(char const* p, char const* limit, RCStringAppender& out) {
     while (p < limit && *p != '"') {
@@ -246,6 +235,16 @@ void RCScanner::LookUpKeyword() {
             return;
         }
     }
+}
+
+bool RCScanner::Compare(PP_CTextReader word, char const* name) {
+    size_t const length = word.Readable();
+    if (length != std::strlen(name)) return false;
+    char const* text = word.GetReadPtr();
+    for (size_t i = 0; i < length; ++i)
+        if (std::tolower(static_cast<unsigned char>(text[i])) != std::tolower(static_cast<unsigned char>(name[i])))
+            return false;
+    return true;
 }
 
 bool RCScanner::Scan(int token) {
@@ -495,7 +494,7 @@ bool RCScanner::ReadHexGroups(char const* p, char const* limit, int groupDigits,
 }
 
 void RCScanner::ReadTextBytes(char const* p, char const* limit, RCStringAppender& out) {
-    bool const doubleByte = fTokenType == kPPScan_DBString || fTokenType == kPPScan_DBHexString;
+    bool const doubleByte = IsDoubleByteToken(fTokenType);
     while (p < limit && *p != '"') {
         unsigned char const c = *p;
         if (c == '\\') {
@@ -741,6 +740,7 @@ void RCScanner::Warning(int code, int argCount, ...) {
     DisplayMessage(4, code, argCount, arguments);
     va_end(arguments);
 }
+
 
 // Codes below 43 index the preprocessor's own table, whose texts end in a line feed; the others
 // are numbers of the tool's message table.

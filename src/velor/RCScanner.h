@@ -97,6 +97,8 @@ public:
     bool Scan(int token);
     bool Scan(int token, int errorId);
     UniqueStruct* PeekName() const;
+    // A word against a name: equal length, and equal bytes without regard to case.
+    static bool Compare(PP_CTextReader word, char const* name);
     UniqueStruct* ScanName(int errorId);
     bool ScanUntil(int token);
     bool ScanUntil(int token, int errorId);

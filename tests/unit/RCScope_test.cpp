@@ -2,14 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "UniqueNames.h"
+
 #include <vector>
 
 namespace {
 
-// Names only need distinct addresses here; they stand in for interned names.
-UniqueStruct* Name(char const* text) {
-    return reinterpret_cast<UniqueStruct*>(const_cast<char*>(text));
-}
+UniqueStruct* Name(char const* text) { return uniqueOf(text); }
 
 using IntItem = RCListItem<int>;
 using IntList = RCList<IntItem>;

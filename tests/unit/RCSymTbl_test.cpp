@@ -3,28 +3,26 @@
 #include <gtest/gtest.h>
 
 #include "RCDefinition.h"
+#include "UniqueNames.h"
 
 namespace {
 
-UniqueStruct* Name(char const* text) {
-    return reinterpret_cast<UniqueStruct*>(const_cast<char*>(text));
-}
+UniqueStruct* Name(char const* text) { return uniqueOf(text); }
 
 TEST(RCSymbolTable, DefinitionsKeepTheirOrderAndTheFirstOfANameWins) {
     // The table owns the definitions and deletes them with itself.
     char const* names[] = {"A", "B", "A"};
     RCDefinition* made[3];
-    auto definition = [&](int i) { return made[i]; };
     RCSymbolTable table;
     for (int i = 0; i < 3; ++i) {
         made[i] = new RCDefinition(Name(names[i]), nullptr, new RCStatement_Null, 0);
         table.AddDefinition(Name(names[i]), made[i]);
     }
 
-    EXPECT_EQ(table.LookupDefinition(Name("A")), definition(0));
+    EXPECT_EQ(table.LookupDefinition(Name("A")), made[0]);
     EXPECT_EQ(table.LookupDefinition(Name("C")), nullptr);
     RCListIterator<RCDefinitionList> definitions(table.GetDefinitions());
-    for (int i = 0; i < 3; ++i) EXPECT_EQ(definitions.Next()->fValue, definition(i));
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(definitions.Next()->fValue, made[i]);
 }
 
 TEST(RCSymbolTable, AStaticStartsEveryResourceWithItsInitialValue) {
