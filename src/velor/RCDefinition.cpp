@@ -282,33 +282,12 @@ void RCDefinition::ParseDefinition(RCScanner* aScanner) {
         aScanner->Error(kErrTypeAlreadyDefined, 1, nameOf(name));
         return;
     }
-
     unsigned long resType = 0;
     bool hasResType = false;
-    if (aScanner->Scan(kPPScan_LParen)) {
-        RCPtr<RCExpression> type(ScanNumber(aScanner));
-        if (!type) {
-            aScanner->ScanUntil(kPPScan_RParen);
-            return;
-        }
-        resType = static_cast<unsigned long>(EvalNumber(type, aScanner));
-        if (!aScanner->ScanUntil(kPPScan_RParen, kErrExpectedRParen)) return;
-        hasResType = true;
-    }
-
+    if (aScanner->Scan(kPPScan_LParen) && !ParseResourceType(aScanner, resType, hasResType)) return;
     RCDefinition* super = nullptr;
-    if (aScanner->Scan(kPPScan_Colon)) {
-        UniqueStruct* superName = aScanner->ScanName(kErrExpectedIdentifier);
-        if (!superName) return;
-        super = symbols->LookupDefinition(superName);
-        if (!super) {
-            aScanner->Error(kErrUnknownBaseType, 1, nameOf(superName));
-            return;
-        }
-    }
-
     RCNamedList<RCNamedValue> parameters;
-    if (super && aScanner->Scan(kPPScan_LParen) && !ParseClassParameters(aScanner, parameters)) return;
+    if (aScanner->Scan(kPPScan_Colon) && !ParseBase(aScanner, super, parameters)) return;
 
     if (aScanner->TokenType() != kPPScan_LCurly) {
         aScanner->Error(kErrExpectedLCurly, 0);
@@ -317,9 +296,32 @@ void RCDefinition::ParseDefinition(RCScanner* aScanner) {
     RCStatement* body = ParseCompound(aScanner);
     if (!body) return;
     RCDefinition* definition = new RCDefinition(name, super, body, resType);
+    // A parenthesised type makes a resource type even when it is 0.
     definition->fHasResType = hasResType;
     definition->fParameters = parameters;
     symbols->AddDefinition(name, definition);
+}
+
+bool RCDefinition::ParseResourceType(RCScanner* scanner, unsigned long& resType, bool& hasResType) {
+    RCPtr<RCExpression> type(ScanNumber(scanner));
+    if (!type) {
+        scanner->ScanUntil(kPPScan_RParen);
+        return false;
+    }
+    resType = static_cast<unsigned long>(EvalNumber(type, scanner));
+    hasResType = scanner->ScanUntil(kPPScan_RParen, kErrExpectedRParen);
+    return hasResType;
+}
+
+bool RCDefinition::ParseBase(RCScanner* scanner, RCDefinition*& super, RCNamedList<RCNamedValue>& parameters) {
+    UniqueStruct* superName = scanner->ScanName(kErrExpectedIdentifier);
+    if (!superName) return false;
+    super = scanner->GetSymbolTable()->LookupDefinition(superName);
+    if (!super) {
+        scanner->Error(kErrUnknownBaseType, 1, nameOf(superName));
+        return false;
+    }
+    return !scanner->Scan(kPPScan_LParen) || ParseClassParameters(scanner, parameters);
 }
 
 bool RCDefinition::ParseClassParameters(RCScanner* scanner, RCNamedList<RCNamedValue>& parameters) {

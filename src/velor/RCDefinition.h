@@ -43,6 +43,10 @@ public:
 private:
     RCDefinition(UniqueStruct* name, RCDefinition* super, unsigned long resType);
 
+    // Read the clauses of a declaration behind its '(' and its ':'. False when the declaration
+    // ends there, after its error was reported.
+    static bool ParseResourceType(RCScanner* scanner, unsigned long& resType, bool& hasResType);
+    static bool ParseBase(RCScanner* scanner, RCDefinition*& super, RCNamedList<RCNamedValue>& parameters);
     // Reads "name = number {, name = number} )" behind the '(' that follows a base type.
     static bool ParseClassParameters(RCScanner* scanner, RCNamedList<RCNamedValue>& parameters);
     // What lays out the instance: the body, or the type it is built on.
