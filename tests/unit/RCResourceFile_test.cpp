@@ -38,7 +38,7 @@ TEST(RCResourceFile, KeepsTheFirstOfATypeAndIdAndFindsFreeIds) {
     EXPECT_EQ(file.UniqueResId(kText, 32767), -32768);
 }
 
-struct Spec {
+struct Entry {
     unsigned long fType;
     short fId;
     std::string fBytes;
@@ -65,19 +65,19 @@ protected:
     }
     char const* Keep(std::string const& text) { return fTexts.emplace_back(text).c_str(); }
 
-    int Write(std::vector<Spec> const& specs) {
+    int Write(std::vector<Entry> const& entries) {
         RCResourceFile file(gOptions->GetOutput());
-        for (auto const& spec : specs) file.AddResource(MakeResource(spec.fType, spec.fId, spec.fBytes));
+        for (auto const& entry : entries) file.AddResource(MakeResource(entry.fType, entry.fId, entry.fBytes));
         return file.WriteFile(nullptr);
     }
 
     // A pass that must end the process with exit code 1 and show message. It runs in a child
     // process, so that the error it counts does not stay behind for later tests.
-    void ExpectStop(std::vector<Spec> const& specs, std::string const& message) {
+    void ExpectStop(std::vector<Entry> const& entries, std::string const& message) {
         EXPECT_EXIT(
             {
                 try {
-                    Write(specs);
+                    Write(entries);
                 } catch (Msgs::Exception const& stop) {
                     std::exit(stop.GetExitCode());
                 }
