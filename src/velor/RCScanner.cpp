@@ -110,6 +110,8 @@ namespace {
 
 constexpr int kPathBufferSize = 1024;
 constexpr long kMaxCharacters = 4;
+// The deepest nesting of included files; the input file itself is the first of them.
+constexpr int kMaxOpenFiles = 64;
 
 // Numbers of the tool's message table.
 constexpr int kMixedStrings = 32665;
@@ -219,7 +221,8 @@ int RCScanner::NextToken() {
         }
         if (fTokenType != kPPScan_EOL && fTokenType != kPPScan_White && fTokenType != kPPScan_Comment) break;
     }
-    fTokenText = GetTokenText();
+    // The last input is already released when its end is reported, so the end token has no text.
+    fTokenText = fTokenType == kPPScan_EOF ? PP_CTextReader() : GetTokenText();
     fNArgs = 0;
     if (fTokenType == kPPScan_Ident) LookUpKeyword();
     return fTokenType;
@@ -619,6 +622,7 @@ void RCScanner::PushInput(PP_CInput* input) {
     PP_CPP::PushInput(input);
     RCScanner_FileInfo* info = GetFileInfo(input);
     if (info == nullptr) return;
+    ++fOpenFiles;
     FollowTopFilename();
     int error = 0;
     info->fIsUTF8 = fScanner.ReadUTF8Signature(&error);
@@ -629,6 +633,7 @@ void RCScanner::PopInput() {
     if (RCScanner_FileInfo* info = AtEOF() ? nullptr : GetFileInfo(fInputSrc)) {
         fLastLineno = static_cast<long>(GetLineno());
         info->Free(fMemory);
+        --fOpenFiles;
     }
     PP_CPP::PopInput();
     if (!AtEOF() && GetFileInfo(fInputSrc) != nullptr) FollowTopFilename();
@@ -653,6 +658,13 @@ void RCScanner::DoIncludeLine(char* line) {
     char* to = line;
     for (char const* from = line + 1; *from != 0 && *from != closer; ++from) *to++ = *from;
     *to = 0;
+    if (fOpenFiles >= kMaxOpenFiles) {
+        // A file that includes itself would stack copies of itself without end, and one that does
+        // so twice would take exponential time: the run stops here instead.
+        Error(kPPErr_IncludeNotFound, 1, line);
+        Msgs::ErrorCheck();
+        return;
+    }
     if (PP_CInput* input = ReadFile(line, closer != '"'))
         PushInput(input);
     else

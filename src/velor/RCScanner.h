@@ -163,6 +163,7 @@ private:
     RCSymbolTable* fSymbolTable;
     char* fFilename = nullptr;
     long fLastLineno = 0;
+    int fOpenFiles = 0;  // inputs on the stack that came from files
 };
 
 // Shows the position of a message: "File NAME; Line N " on the standard error, with no line end,
