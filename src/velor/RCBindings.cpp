@@ -76,12 +76,15 @@ struct BitPiece {
 
 template <class Visit>
 void forEachPiece(long bitPosition, short width, Visit visit) {
+    // Every piece after the first starts on a byte boundary. Counting bytes rather than bits keeps
+    // a read near the largest position from overflowing.
+    long byteIndex = bitPosition / kBitsPerByte;
+    int room = kBitsPerByte - static_cast<int>(bitPosition % kBitsPerByte);
     while (width > 0) {
-        int room = kBitsPerByte - static_cast<int>(bitPosition % kBitsPerByte);
         short count = static_cast<short>(std::min<int>(width, room));
-        visit(BitPiece{bitPosition / kBitsPerByte, room, count});
+        visit(BitPiece{byteIndex++, room, count});
         width = static_cast<short>(width - count);
-        bitPosition += count;
+        room = kBitsPerByte;
     }
 }
 
