@@ -41,6 +41,31 @@ enum : int {
 
 constexpr int kNoMinPriority = -1;
 
+// Every walk over a tree (reduce, evaluate, describe, delete) recurses on its depth, so the parser
+// refuses trees deeper than this. The guard counts the nesting of the parse and the operators
+// chained at each level of it, which together bound the depth of the tree being built.
+constexpr int kMaxExpressionDepth = 1000;
+
+class DepthGuard {
+public:
+    DepthGuard() = default;
+    DepthGuard(DepthGuard const&) = delete;
+    DepthGuard& operator=(DepthGuard const&) = delete;
+    ~DepthGuard() { fgDepth -= fAdded; }
+
+    // One level deeper; false, with the message given, once the tree would be too deep.
+    bool Deeper(RCScanner* scanner) {
+        ++fAdded;
+        if (++fgDepth <= kMaxExpressionDepth) return true;
+        scanner->Error(kPPErr_ExpressionTooComplex, 0);
+        return false;
+    }
+
+private:
+    static inline int fgDepth = 0;
+    int fAdded = 0;
+};
+
 bool isStringToken(int token) {
     return token >= kPPScan_String && token <= kPPScan_DBHexString;
 }
@@ -142,10 +167,13 @@ RCExpression* RCExpression::Increment(RCExpression* base, long delta) {
 // Parser
 
 RCExpression* RCExpression::ParseExpression(RCScanner* scanner, int minPriority) {
+    DepthGuard depth;
+    if (!depth.Deeper(scanner)) return nullptr;
     RCPtr<RCExpression> tree(ParseTerm(scanner));
     if (!tree) return nullptr;
     int priority = getOperatorPriority(scanner->TokenType());
     while (priority > minPriority) {
+        if (!depth.Deeper(scanner)) return nullptr;
         int op = scanner->TokenType();
         scanner->NextToken();
         // A ternary ends its level: nothing after it is read as an operator here.
@@ -207,6 +235,8 @@ RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
     case kPPScan_Tilde:
     case kPPScan_Minus: {
         // Unary operators take a term, so they bind tighter than every binary one and stack.
+        DepthGuard depth;
+        if (!depth.Deeper(scanner)) return nullptr;
         scanner->NextToken();
         RCExpression* operand = ParseTerm(scanner);
         return operand == nullptr ? nullptr : new RCExpression_1(token, operand);
