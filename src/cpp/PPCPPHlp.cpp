@@ -4,11 +4,16 @@
 #include <new>
 
 #include "Assertion.h"
+#include "Msgs.h"
 #include "PPCPP.h"
 #include "PPInput.h"
 #include "cpp5.h"
 
 namespace {
+
+// Expansion recurses on the machine stack once for every macro nested in another's text or
+// arguments; a nest deeper than this ends the run before the stack runs out.
+constexpr int kMaxExpansionDepth = 256;
 
 bool isSpaceToken(int token) {
     return token == kPPScan_EOL || token == kPPScan_White || token == kPPScan_Comment;
@@ -153,6 +158,11 @@ PP_CTextReader PP_CPPHelper::ExpandObjectMacro(PP_MacroBody* body, PP_MacroLink*
 // Expands every macro in `text`. An identifier of a macro that is in the chain gets the
 // no-expand mark behind it, so that it is never expanded again in whatever text it reaches.
 PP_CTextReader PP_CPPHelper::ExpandMacroText(PP_CTextReader text, PP_MacroLink* link) {
+    if (fExpansionDepth == kMaxExpansionDepth) {
+        fPP->Error(kPPErr_ExpressionTooComplex, 0);
+        Msgs::ErrorCheck();
+    }
+    ++fExpansionDepth;
     PP_CScanner local(&text);
     PP_CTextWriter writer(nullptr, 0);
     PP_CWriterTemp out(fMemory, &writer);
@@ -175,6 +185,7 @@ PP_CTextReader PP_CPPHelper::ExpandMacroText(PP_CTextReader text, PP_MacroLink* 
             out.AddText(ExpandMacroBody(&local, body, link, &expanded, false));
         }
     }
+    --fExpansionDepth;
     return PP_CTextReader(writer);
 }
 

@@ -65,6 +65,7 @@ private:
     PP_CScanner* fCurScanner;
     PP_CTextWriter fScratch{nullptr, 0};
     PP_CWriterPerm fScratchWriter{fMemory, &fScratch};
+    int fExpansionDepth = 0;  // calls of ExpandMacroText under way
 };
 
 #endif
