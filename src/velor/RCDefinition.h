@@ -51,6 +51,8 @@ private:
     static bool ParseClassParameters(RCScanner* scanner, RCNamedList<RCNamedValue>& parameters);
     // What lays out the instance: the body, or the type it is built on.
     RCStatement* Content() const;
+    // One type instance in its own frame, with the class parameters assigned.
+    bool CreateInstance(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>* parameters);
     // The base's fields, then the body's or those of the type it is built on.
     bool CreateParts(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>& parameters, bool tracing);
     bool CreateNested(char const* keyword, RCDefinition* definition, RCBindings* bindings, RCScanner* scanner,
