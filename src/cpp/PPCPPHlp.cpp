@@ -34,7 +34,8 @@ unsigned paramIndex(char const*& textPtr, PP_MacroBody const* aMacroBody) {
     if (indexByte != 0)
         ++textPtr;
     unsigned formalIndex = static_cast<unsigned char>(indexByte - kPP_MacroIndexBias);
-    VELOR_ASSERT(formalIndex < static_cast<unsigned>(aMacroBody->fParamCount));
+    VELOR_ASSERT_TEXT("formalIndex < aMacroBody->fParamCount",
+                      formalIndex < static_cast<unsigned>(aMacroBody->fParamCount));
     return formalIndex;
 }
 

@@ -119,4 +119,12 @@ TEST_F(PPCPPHlp, UndefKeepsTheRecord) {
     EXPECT_TRUE(messages().empty());
 }
 
+using PPCPPHlpDeathTest = PPPreprocessorTest;
+
+// Bodies that the definition lets through but that cannot be substituted stop the expansion.
+TEST_F(PPCPPHlpDeathTest, BodiesThatCannotBeSubstitutedStopWithTheCondition) {
+    EXPECT_DEATH(expand("#define f(x) \x01\x0F\nf(1)"), "formalIndex < aMacroBody->fParamCount");
+    EXPECT_DEATH(expand("#define s(x) #y\ns(1)"), "\\*textPtr == kPP_MacroParam");
+}
+
 } // namespace
