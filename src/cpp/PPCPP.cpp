@@ -384,8 +384,7 @@ PP_CInput const* PP_CPP::NearestFileBelowTop() const {
     PP_CInput const* input = fInputSrc->GetNext();
     while (input != nullptr && input->fFileInfo == nullptr)
         input = input->GetNext();
-    if (input == nullptr)
-        VELOR_ASSERT(false);
+    VELOR_ASSERT_TEXT("false", input != nullptr);
     return input;
 }
 

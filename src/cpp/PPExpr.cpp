@@ -53,8 +53,23 @@ constexpr unsigned char opdope[32] = {
 
 // On the stack '(' and '?' stand lower than their table entries, so that the operators inside
 // them never unwind them.
-constexpr unsigned char kStackedLParenPrecedence = 11;
-constexpr unsigned char kStackedQuestionPrecedence = 28;
+unsigned char stackedPrecedence(int op) {
+    constexpr unsigned char kStackedLParenPrecedence = 11;
+    constexpr unsigned char kStackedQuestionPrecedence = 28;
+    return op == kOpLParen ? kStackedLParenPrecedence : op == kOpQuestion ? kStackedQuestionPrecedence : opdope[op];
+}
+
+// The skip flags of an operator pushed above one with the flags `below`, `test` telling whether
+// the value on top is non-zero. Evaluation ignores them; they are kept as the machine defines them.
+unsigned char skipFlags(int op, unsigned char below, bool test) {
+    switch (op) {
+    case kOpAndAnd: return test ? below : 2;
+    case kOpOrOr: return test ? 2 : below;
+    case kOpQuestion: return (below & 2) + (test ? 0 : 1);
+    case kOpColon: return (below & 2) + ((below & 1) != 0 ? 0 : 1);
+    default: return below;
+    }
+}
 
 constexpr int kStackSize = 128;
 
@@ -178,18 +193,8 @@ bool PP_CExpr::Eval(int* error) {
             if (precedence > opTop->fPrecedence) {
                 if (opTop == operators + kStackSize - 1)
                     return fail(kPPErr_ExpressionTooComplex);
-                bool const test = *valueTop != 0;
-                unsigned char skip = opTop->fSkip;
-                if ((op == kOpAndAnd && !test) || (op == kOpOrOr && test))
-                    skip = 2;
-                else if (op == kOpQuestion)
-                    skip = (skip & 2) + (test ? 0 : 1);
-                else if (op == kOpColon)
-                    skip = (skip & 2) + ((skip & 1) != 0 ? 0 : 1);
-                unsigned char const stacked = op == kOpLParen     ? kStackedLParenPrecedence
-                                              : op == kOpQuestion ? kStackedQuestionPrecedence
-                                                                  : precedence;
-                *++opTop = {static_cast<unsigned char>(op), stacked, skip};
+                unsigned char const skip = skipFlags(op, opTop->fSkip, *valueTop != 0);
+                *++opTop = {static_cast<unsigned char>(op), stackedPrecedence(op), skip};
                 break;
             }
             int const top = opTop->fOp;

@@ -113,7 +113,9 @@ void PP_CMemoryManager_Basic::FreeTemp() {
     fTempList->Release(fTempList->First());
 }
 
-// Gives back every block. Text read after the last return to a file may have opened several.
+// Gives back every block, not only the head. Temp text read after the last return to a file (a
+// long run of #if lines at the end of the main file, say) may have opened several, and leaving
+// them counted would stop a good run at the final assertion of the destructor.
 void PP_CMemoryManager_Basic::ReleaseTemp() {
     VELOR_ASSERT(fTempMemUsageCount == 0);
     while (fTempList != nullptr) {

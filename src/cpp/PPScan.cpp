@@ -182,12 +182,15 @@ bool PP_CScanner::SkipBlanksToEOL() {
     return true;
 }
 
+// `second` follows a '/'.
+bool PP_CScanner::OpensComment(int second) const { return second == '*' || (second == '/' && !fNoLineComments); }
+
 bool PP_CScanner::SkipComment() {
     if (CookedPeekChar() != '/')
         return false;
     PrivSkipChar();
     int next = CookedPeekChar();
-    if (next == '*' || (next == '/' && !fNoLineComments)) {
+    if (OpensComment(next)) {
         PrivSkipComment(next);
         return true;
     }
@@ -416,7 +419,7 @@ int PP_CScanner::PrivPunctuation(int c, int* error) {
         *error = kPPErr_UnknownToken;
         return kPPScan_None;
     case '/':
-        if (next == '*' || (next == '/' && !fNoLineComments)) {
+        if (OpensComment(next)) {
             PrivSkipComment(next);
             return kPPScan_Comment;
         }

@@ -110,7 +110,6 @@ public:
 
     // Swaps the input only; the caller restores line and position itself.
     void SetCurrentInput(PP_CTextReader* input) { fInput = input; }
-    PP_CTextReader* GetCurrentInput() const { return fInput; }
 
     // `*error` is 0, or an index of the preprocessor's message table for bad text.
     int GetNextToken(int* error);
@@ -135,7 +134,6 @@ public:
     unsigned long GetCharPos() const { return fCharPos; }
     void SetLineno(unsigned long lineno) { fLineno = lineno; }
     void SetCharPos(unsigned long charPos) { fCharPos = charPos; }
-    void SetNoLineComments(bool noLineComments) { fNoLineComments = noLineComments; }
 
 private:
     void PrivSkipChar();
@@ -153,6 +151,7 @@ private:
     int PrivFraction(int* error);
     int PrivExponent(int* error);
     int PrivFloatSuffix(int* error);
+    bool OpensComment(int second) const;
     void PrivSkipComment(int opener);
     PP_CTextReader CookTokenText(unsigned long size);
 
@@ -162,6 +161,7 @@ private:
     char const* fTokenStart;
     char* fCookBuffer = nullptr;
     unsigned long fCookBufferSize = 0;
+    // When set, '//' opens no comment. Nothing sets it at present.
     bool fNoLineComments = false;
     bool fHasContinuation = false;
 };
