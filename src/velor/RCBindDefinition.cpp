@@ -1,7 +1,19 @@
 #include "RCBindDefinition.h"
 
+#include "Assertion.h"
 #include "RCBindings.h"
 #include "RCBindings_Def.h"
+
+namespace {
+
+// Arrays and their elements exist only inside the frame of a type instance.
+RCBindings_Def* requireFrame(RCBindings* env) {
+    RCBindings_Def* frame = env->CurrentDefn();
+    VELOR_ASSERT_TEXT("fEnv->fDef != 0", frame != nullptr);
+    return frame;
+}
+
+} // namespace
 
 RCBindDefinition::RCBindDefinition(RCScanner* scanner, RCBindings* env, RCDefinition* definition)
     : fScanner(scanner), fEnv(env) {
@@ -13,17 +25,17 @@ RCBindDefinition::~RCBindDefinition() {
 }
 
 RCBindArray::RCBindArray(RCBindings* env, UniqueStruct* name) : fEnv(env) {
-    fEnv->RequireDefn()->PushArray(name);
+    requireFrame(fEnv)->PushArray(name);
 }
 
 RCBindArray::~RCBindArray() {
-    fEnv->RequireDefn()->PopArray();
+    requireFrame(fEnv)->PopArray();
 }
 
 RCNewArrayElement::RCNewArrayElement(RCBindings* env) : fEnv(env) {
-    fEnv->RequireDefn()->PushArrayElement();
+    requireFrame(fEnv)->PushArrayElement();
 }
 
 RCNewArrayElement::~RCNewArrayElement() {
-    fEnv->RequireDefn()->PopArrayElement();
+    requireFrame(fEnv)->PopArrayElement();
 }

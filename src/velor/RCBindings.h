@@ -36,8 +36,6 @@ public:
     void PopDefn(RCScanner* scanner);
     // The innermost frame, or null outside every type instance.
     RCBindings_Def* CurrentDefn() const { return fDef; }
-    // The innermost frame, which the caller needs: without one the program stops on an assertion.
-    RCBindings_Def* RequireDefn() const;
     RCSymbolTable* GetSymbolTable() const { return fSymbolTable; }
 
     // The finished bytes; the area stays locked from then on.
@@ -85,6 +83,8 @@ public:
     long Apply(RCScanner* scanner, int function, int argc, RCExpression** argv);
 
 private:
+    // The innermost frame, which the caller needs: without one the program stops on an assertion.
+    RCBindings_Def* RequireDefn() const;
     bool AddString(RCScanner* scanner, RCStringInfo const& info);
     bool AddFloat(RCScanner* scanner, double value, short width);
     void AddWholeBytes(unsigned long value, short width);

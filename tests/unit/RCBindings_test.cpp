@@ -362,10 +362,12 @@ TEST(RCBindingsWithoutFrame, FindsNoNames) {
     EXPECT_EQ(bindings.LookupValue(uniqueOf("anything")), nullptr);
 }
 
-TEST(RCBindingsDeathTest, NameOperationsWithoutAFrameStopOnAnAssertion) {
+TEST(RCBindingsDeathTest, NameOperationsAndArraysWithoutAFrameStopOnAnAssertion) {
     RCSymbolTable symbols;
     RCBindings bindings(&symbols, nullptr, 0, 0);
-    EXPECT_DEATH(bindings.Array(uniqueOf("x")), "fDef != 0");
+    EXPECT_DEATH(bindings.Array(uniqueOf("x")), "Assertion failed: fDef != 0");
+    EXPECT_DEATH(RCBindArray(&bindings, nullptr), "Assertion failed: fEnv->fDef != 0");
+    EXPECT_DEATH(RCNewArrayElement{&bindings}, "Assertion failed: fEnv->fDef != 0");
 }
 
 } // namespace
