@@ -89,15 +89,4 @@ TEST_F(RCArrayLabelTest, TheRootWithATableNeedsSubscripts) {
     EXPECT_NE(messages.Text().find("Array label 'mark': too few indices."), std::string::npos);
 }
 
-TEST(RCArray, CountsElementsAndIsDefinedOnceOpened) {
-    RCArray array(uniqueOf("items"));
-    EXPECT_FALSE(array.IsDefined());
-    array.SetDefined();
-    array.NewArrayElement();
-    array.NewArrayElement();
-    EXPECT_TRUE(array.IsDefined());
-    EXPECT_EQ(array.Index(), 2);
-    EXPECT_EQ(array.CountOf(), 2);
-}
-
 } // namespace

@@ -5,12 +5,6 @@
 #include <cmath>
 #include <limits>
 
-TEST(RCNumber, DefaultIsIntegerZero) {
-    RCNumber number;
-    EXPECT_TRUE(number.IsInteger());
-    EXPECT_EQ(number.AsInteger(), 0);
-}
-
 TEST(RCNumber, FloatTruncatesTowardZero) {
     EXPECT_EQ(RCNumber(2.9).AsInteger(), 2);
     EXPECT_EQ(RCNumber(-2.9).AsInteger(), -2);
