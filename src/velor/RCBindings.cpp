@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cfloat>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 
@@ -114,11 +115,15 @@ ByteWindow windowOver(DataArea& area) {
     return ByteWindow(size == 0 ? nullptr : reinterpret_cast<unsigned char*>(area.GetData(0)), size);
 }
 
-// A double beyond the range of float becomes the infinity of its sign, as IEEE narrowing does.
+// Narrows as IEEE rounding to nearest does, while the cast itself stays within the range of
+// float: a double less than half a unit in the last place above the largest float becomes that
+// float, and from there on the infinity of its sign.
 float narrowToFloat(double value) {
-    if (value > FLT_MAX) return std::numeric_limits<float>::infinity();
-    if (value < -FLT_MAX) return -std::numeric_limits<float>::infinity();
-    return static_cast<float>(value);
+    constexpr double kRoundsToInfinity = 0x1.ffffffp127;
+    double magnitude = std::fabs(value);
+    if (std::isnan(value) || magnitude <= FLT_MAX) return static_cast<float>(value);
+    float beyond = magnitude >= kRoundsToInfinity ? std::numeric_limits<float>::infinity() : FLT_MAX;
+    return value < 0 ? -beyond : beyond;
 }
 
 // The bytes of a float field, little-endian; the count is 4 for width 32 and 8 for any other.
