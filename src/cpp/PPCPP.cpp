@@ -15,7 +15,7 @@ bool beginsWithNoExpandMark(PP_CTextReader text) {
 
 PP_CTextReader readerOver(char const* text) { return PP_CTextReader(text, std::strlen(text)); }
 
-// The local date or time, formatted once on first use and kept for the run.
+// Formats the local date or time; each caller formats once, on first use, and keeps the text.
 unsigned long formatNow(char* buffer, unsigned long size, char const* format) {
     std::time_t now = std::time(nullptr);
     return std::strftime(buffer, size, format, std::localtime(&now));
