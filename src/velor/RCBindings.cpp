@@ -323,6 +323,7 @@ bool RCBindings::AddString(RCScanner* scanner, RCStringInfo const& info) {
 }
 
 bool RCBindings::Align(RCScanner* scanner, short width) {
+    // Callers align to a size of at least one bit; the test keeps the remainder defined.
     if (width <= 0) return true;
     long pad = width - fBit % width;
     if (pad == width) return true;

@@ -48,7 +48,6 @@ public:
     RCBindings_Def& operator=(RCBindings_Def const&) = delete;
 
     RCBindings_Def* Parent() const { return fParent; }
-    RCDefinition* Definition() const { return fDefinition; }
 
     // Arrays and their elements; statements reach these through RCBindArray and RCNewArrayElement.
     void PushArray(UniqueStruct* name);
