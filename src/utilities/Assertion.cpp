@@ -3,8 +3,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-void AssertionFailed(char const* condition, char const* file, int line) {
+void AssertionFailed(char const* condition, char const* function, char const* file, int line) {
     std::fflush(stdout);
-    std::fprintf(stderr, "Assertion failed: %s, file %s, line %d\n", condition, file, line);
+    std::fprintf(stderr, "Assertion failed: %s, function %s, file %s, line %d\n", condition, function, file,
+                 line);
     std::abort();
 }

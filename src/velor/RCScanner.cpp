@@ -331,7 +331,7 @@ long RCScanner::EvalNumber() const {
         case kPPScan_Decimal: break;
         case kPPScan_Octal: base = 8; break;
         case kPPScan_Binary: skip = 2, base = 2; break;
-        default: AssertionFailed("RCScanner::EvalNumber", __FILE__, __LINE__);
+        default: AssertionFailed("RCScanner::EvalNumber", __func__, __FILE__, __LINE__);
     }
     // Unsigned arithmetic: an overlong number wraps instead of overflowing.
     unsigned long value = 0;
@@ -413,7 +413,7 @@ int WidthOfFirstLiteral(int token) {
         case kPPScan_DBHexString: return 1;
         case kPPScan_WideString:
         case kPPScan_WideHexString: return 2;
-        default: AssertionFailed("RCScanner::MergeString 2", __FILE__, __LINE__);
+        default: AssertionFailed("RCScanner::MergeString 2", __func__, __FILE__, __LINE__);
     }
 }
 
