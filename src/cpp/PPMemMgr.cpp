@@ -1,5 +1,6 @@
 #include "PPMemMgr.h"
 
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -13,6 +14,12 @@ constexpr unsigned long kTempBlockSize = 8192;
 constexpr unsigned long kLargeTempRequest = 4096;
 constexpr unsigned long kLargeTempBlockSlack = 40;
 constexpr unsigned long kTempAlignment = 8;
+// The heap is taken to hold this much for one input file. Expansion text grows by doubling and
+// every level of a nest keeps its own, so a macro whose text doubles at each level meets this
+// bound long before it could exhaust the machine, and ends the run as an exhausted heap does.
+constexpr unsigned long kHeapSize = 1UL << 30;
+// Each block carries its size in front, so that freeing it gives the size back.
+constexpr unsigned long kBlockHeader = alignof(std::max_align_t);
 
 unsigned long roundUpToAlignment(unsigned long size) { return (size + kTempAlignment - 1) & ~(kTempAlignment - 1); }
 
@@ -71,18 +78,26 @@ PP_CMemoryManager_Basic::~PP_CMemoryManager_Basic() {
 }
 
 void* PP_CMemoryManager_Basic::AllocPerm(unsigned long size) {
-    char* block = new (std::nothrow) char[size == 0 ? 1 : size];
+    if (size > kHeapSize - fPermBytes)
+        std::exit(1);
+    char* block = new (std::nothrow) char[kBlockHeader + (size == 0 ? 1 : size)];
     if (block == nullptr)
         std::exit(1);
+    std::memcpy(block, &size, sizeof size);
+    fPermBytes += size;
     ++fAllocPermCount;
-    return block;
+    return block + kBlockHeader;
 }
 
 void PP_CMemoryManager_Basic::FreePerm(void* block) {
     if (block == nullptr)
         return;
+    char* start = static_cast<char*>(block) - kBlockHeader;
+    unsigned long size;
+    std::memcpy(&size, start, sizeof size);
+    fPermBytes -= size;
     --fAllocPermCount;
-    delete[] static_cast<char*>(block);
+    delete[] start;
 }
 
 void* PP_CMemoryManager_Basic::AllocTemp(unsigned long size) {

@@ -71,6 +71,7 @@ private:
     void OpenTempBlock(unsigned long size);
 
     PP_TempMem* fTempList = nullptr;
+    unsigned long fPermBytes = 0;  // the sizes of the blocks now given out
 };
 
 // Declares temp memory to be in use for the guard's lifetime, which keeps FreeTemp away.

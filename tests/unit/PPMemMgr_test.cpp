@@ -33,6 +33,16 @@ TEST(PPMemMgr, TempAllocationsAreAlignedAndTheKeptBlockIsRewound) {
     memory.ReleaseTemp();
 }
 
+TEST(PPMemMgr, BlocksPastOneGigabyteTogetherEndTheRunAsAnExhaustedHeap) {
+    PP_CMemoryManager_Basic memory;
+    EXPECT_EXIT(memory.AllocPerm((1UL << 30) + 1), testing::ExitedWithCode(1), "^$");
+    // What is freed counts no more: two blocks of half the heap fit one after the other.
+    memory.FreePerm(memory.AllocPerm(1UL << 29));
+    void* half = memory.AllocPerm(1UL << 29);
+    EXPECT_EXIT(memory.AllocPerm(1UL << 29 | 1), testing::ExitedWithCode(1), "^$");
+    memory.FreePerm(half);
+}
+
 TEST(PPMemMgr, PermanentCountIgnoresNull) {
     PP_CMemoryManager_Basic memory;
     void* block = memory.AllocPerm(0);
