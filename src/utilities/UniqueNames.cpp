@@ -105,22 +105,26 @@ bool SymNameTable::ForEachEntry(EntryProc proc, void* parameter, bool markEndOfB
 }
 
 // The saved copy is both the text and the value of its entry, so the table holds one copy only.
-char* saveString(char const* text) {
+char* saveString(char const* text) { return saveString(text, static_cast<long>(std::strlen(text))); }
+
+char* saveString(char const* bytes, long length) {
     if (!gSavedStringsInited) {
         gSavedStrings.ISymNameTable(false, &gPermanentMemory);
         gSavedStringsInited = true;
     }
-    if (void* saved = gSavedStrings.Lookup(text)) return static_cast<char*>(saved);
-    char* copy = copyString(text);
-    return static_cast<char*>(gSavedStrings.Enter(copy, copy));
+    if (void* saved = gSavedStrings.Lookup(bytes, length)) return static_cast<char*>(saved);
+    char* copy = copyString(bytes, length);
+    return static_cast<char*>(gSavedStrings.Enter(copy, length, copy));
 }
 
-char* copyString(char const* text) {
-    size_t const size = std::strlen(text) + 1;
+char* copyString(char const* text) { return copyString(text, static_cast<long>(std::strlen(text))); }
+
+char* copyString(char const* bytes, long length) {
     long err = 0;
-    auto* copy = static_cast<char*>(gPermanentMemory.Allocate(size, &err));
+    auto* copy = static_cast<char*>(gPermanentMemory.Allocate(static_cast<size_t>(length) + 1, &err));
     if (copy == nullptr) Msgs::Display(Msgs::kFatal, static_cast<int>(kMemFullErr));
-    std::memcpy(copy, text, size);
+    std::memcpy(copy, bytes, static_cast<size_t>(length));
+    copy[length] = '\0';
     return copy;
 }
 

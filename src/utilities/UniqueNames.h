@@ -70,13 +70,19 @@ private:
 // An interned name: the pointer to its one saved text. Two names are equal when the pointers are.
 struct UniqueStruct;
 
-// Interns a text: equal texts give the same pointer for the life of the process.
+// Interns a text: equal texts give the same pointer for the life of the process. The length form
+// interns bytes that need not end in a NUL, such as a token inside the source text.
 char* saveString(char const* text);
+char* saveString(char const* bytes, long length);
 inline UniqueStruct* uniqueOf(char const* text) { return reinterpret_cast<UniqueStruct*>(saveString(text)); }
+inline UniqueStruct* uniqueOf(char const* bytes, long length) {
+    return reinterpret_cast<UniqueStruct*>(saveString(bytes, length));
+}
 inline char const* nameOf(UniqueStruct const* unique) { return reinterpret_cast<char const*>(unique); }
 
-// A copy in the permanent arena; running out of memory is fatal.
+// A NUL-terminated copy in the permanent arena; running out of memory is fatal.
 char* copyString(char const* text);
+char* copyString(char const* bytes, long length);
 // Lower-cases a text in place.
 void lower(char* text);
 // Equality without regard to case.

@@ -134,36 +134,25 @@ int hexValue(int c) { return c < 58 ? c - '0' : std::tolower(c) - 87; }
 
 int HexDigit(unsigned char c) { return std::isxdigit(c) ? hexValue(c) : -1; }
 
-bool IsOctalDigit(char c) { return c >= '0' && c <= '7'; }
-
 // Reads an escape sequence; `p` stands behind the backslash and moves past the sequence. Digits
 // are read only up to `limit`, so an escape at the end of a text cannot read beyond it.
 long getCEscape(char const*& p, char const* limit, bool wide) {
     if (p >= limit) return '\\';
     signed char const c = *p++;
     if (c < '"' || c > 'x') return c;
-    switch (c) {
-        case 'a': return 7;
-        case 'b': return 8;
-        case 'f': return 12;
-        case 'n': return 10;
-        case 'r': return 13;
-        case 't': return 9;
-        case 'v': return 11;
-        case 'x': {
-            int const maxDigits = wide ? 4 : 2;
-            long value = 0;
-            for (int digits = 0; digits < maxDigits && p < limit && std::isxdigit(static_cast<unsigned char>(*p));
-                 ++digits)
-                value = value * 16 + hexValue(static_cast<unsigned char>(*p++));
-            return wide ? value : value & 0xFF;
-        }
-        default: break;
+    if (int const value = letterEscapeValue(c); value >= 0) return value;
+    if (c == 'x') {
+        int const maxDigits = wide ? 4 : 2;
+        long value = 0;
+        for (int digits = 0; digits < maxDigits && p < limit && std::isxdigit(static_cast<unsigned char>(*p));
+             ++digits)
+            value = value * 16 + hexValue(static_cast<unsigned char>(*p++));
+        return wide ? value : value & 0xFF;
     }
-    if (!IsOctalDigit(c)) return c;
+    if (!isodigit(c)) return c;
     long value = c - '0';
     int digits = 1;
-    for (; digits < 3 && p < limit && IsOctalDigit(*p); ++digits) value = value * 8 + (*p++ - '0');
+    for (; digits < 3 && p < limit && isodigit(*p); ++digits) value = value * 8 + (*p++ - '0');
     return digits == 3 && !wide ? value & 0xFF : value;
 }
 
@@ -264,8 +253,7 @@ bool RCScanner::Scan(int token, int errorId) {
 
 UniqueStruct* RCScanner::PeekName() const {
     if (fTokenType != kPPScan_Ident) return nullptr;
-    std::string const name(fTokenText.GetReadPtr(), fTokenText.Readable());
-    return uniqueOf(name.c_str());
+    return uniqueOf(fTokenText.GetReadPtr(), static_cast<long>(fTokenText.Readable()));
 }
 
 UniqueStruct* RCScanner::ScanName(int errorId) {

@@ -18,6 +18,10 @@ TEST(UniqueNames, EqualTextsInternToOnePointer) {
     EXPECT_STREQ("Resource", nameOf(first));
     EXPECT_NE(first, uniqueOf("resource"));
     EXPECT_EQ(saveString("Resource"), nameOf(first));
+    // A token inside a larger text interns by its bytes alone, and its saved copy ends in a NUL.
+    char const source[] = "ResourceType";
+    EXPECT_EQ(first, uniqueOf(source, 8));
+    EXPECT_STREQ("Resour", nameOf(uniqueOf(source, 6)));
 }
 
 TEST(UniqueNames, HashUsesEightBitsOfTextAndTwoOfLength) {
