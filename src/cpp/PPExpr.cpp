@@ -123,28 +123,20 @@ int hexDigitValue(int c) { return std::isdigit(c) ? c - '0' : std::tolower(c) - 
 // The character behind a backslash of a character constant; the reader stands behind it.
 int escapedChar(PP_CTextReader& text) {
     int c = text.GetChar();
-    switch (c) {
-    case 'a': return 7;
-    case 'b': return 8;
-    case 'f': return 12;
-    case 'n': return 10;
-    case 'r': return 13;
-    case 't': return 9;
-    case 'v': return 11;
-    case 'x': {
+    if (int value = letterEscapeValue(c); value >= 0)
+        return value;
+    if (c == 'x') {
         int value = 0;
         for (int digits = 0; digits < 2 && !text.IsEOF() && std::isxdigit(text.PeekChar()); ++digits)
             value = value * 16 + hexDigitValue(text.GetChar());
         return value;
     }
-    default:
-        if (!isodigit(c))
-            return c;
-        int value = c - '0';
-        for (int digits = 1; digits < 3 && !text.IsEOF() && isodigit(text.PeekChar()); ++digits)
-            value = value * 8 + text.GetChar() - '0';
-        return value;
-    }
+    if (!isodigit(c))
+        return c;
+    int value = c - '0';
+    for (int digits = 1; digits < 3 && !text.IsEOF() && isodigit(text.PeekChar()); ++digits)
+        value = value * 8 + text.GetChar() - '0';
+    return value;
 }
 
 } // namespace

@@ -89,6 +89,19 @@ bool isodigit(int c) { return c >= '0' && c <= '7'; }
 
 bool isidentchar(int c) { return isident(c) || isDecimalDigit(c); }
 
+int letterEscapeValue(int letter) {
+    switch (letter) {
+    case 'a': return 7;
+    case 'b': return 8;
+    case 'f': return 12;
+    case 'n': return 10;
+    case 'r': return 13;
+    case 't': return 9;
+    case 'v': return 11;
+    default: return -1;
+    }
+}
+
 bool IsLeadingByte(int byte, int token) {
     if (token != kPPScan_DBString && token != kPPScan_DBHexString && token != kPPScan_DBChar)
         return false;

@@ -96,6 +96,9 @@ bool isodigit(int c);
 // A character that may stand inside an identifier: an identifier start or a digit.
 bool isidentchar(int c);
 
+// The value of a one-letter escape (\a \b \f \n \r \t \v), or -1 for any other character.
+int letterEscapeValue(int letter);
+
 // Whether `byte` starts a double-byte character in a literal of the given token type.
 bool IsLeadingByte(int byte, int token);
 
