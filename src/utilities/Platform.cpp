@@ -12,6 +12,7 @@ struct MasterPointer {
     void* block;
     unsigned long size;
     signed char state;
+    unsigned long capacity;  // what the heap block holds; at least the size
 };
 
 constexpr signed char kLockedState = static_cast<signed char>(0x80);
@@ -32,17 +33,27 @@ long Result(bool succeeded) {
 
 Handle NewHandleClear(unsigned long size) {
     void* block = std::calloc(HeapSize(size), 1);
-    auto* master = block == nullptr ? nullptr : new (std::nothrow) MasterPointer{block, size, 0};
+    auto* master = block == nullptr ? nullptr : new (std::nothrow) MasterPointer{block, size, 0, HeapSize(size)};
     if (master == nullptr) std::free(block);
     Result(master != nullptr);
     return master == nullptr ? nullptr : &master->block;
 }
 
+// Callers grow their handles in small steps, and a heap that cannot extend a block in place
+// copies it at every step; so a block that must grow takes half as much again as it holds,
+// which keeps the copies few. Shrinking keeps the block.
 void SetHandleSize(Handle handle, unsigned long size) {
     MasterPointer* master = MasterOf(handle);
-    void* block = std::realloc(master->block, HeapSize(size));
-    if (Result(block != nullptr) != 0) return;
-    master->block = block;
+    if (size > master->capacity) {
+        unsigned long const roomy = std::max(size, master->capacity + master->capacity / 2);
+        void* block = std::realloc(master->block, roomy);
+        unsigned long capacity = roomy;
+        if (block == nullptr) block = std::realloc(master->block, capacity = size);
+        if (Result(block != nullptr) != 0) return;
+        master->block = block;
+        master->capacity = capacity;
+    }
+    Result(true);
     master->size = size;
 }
 
