@@ -4,7 +4,6 @@
 #include <new>
 
 #include "Assertion.h"
-#include "Msgs.h"
 #include "PPCPP.h"
 #include "PPInput.h"
 #include "cpp5.h"
@@ -12,7 +11,9 @@
 namespace {
 
 // Expansion recurses on the machine stack once for every macro nested in another's text or
-// arguments; a nest deeper than this ends the run before the stack runs out.
+// arguments. A nest deeper than this is an error, and from then on no macro of the file is
+// expanded: the stack is spared, the texts already begun are finished unexpanded, and the run
+// ends at the next statement.
 constexpr int kMaxExpansionDepth = 256;
 
 bool isSpaceToken(int token) {
@@ -63,7 +64,7 @@ PP_CPPHelper::~PP_CPPHelper() { fMemory->FreePerm(fScratch.GetStart()); }
 int PP_CPPHelper::GetCookedToken(int* error) {
     for (;;) {
         int token = GetRawToken(error);
-        if (*error != 0 || token != kPPScan_Ident || CookedPeekChar() == kPP_MacroNoExpand)
+        if (*error != 0 || token != kPPScan_Ident || fExpansionStopped || CookedPeekChar() == kPP_MacroNoExpand)
             return token;
         PP_CTextReader name = GetTokenText();
         PP_MacroBody* body = fMacroTable->LookupMacro(name.GetReadPtr(), name.Readable());
@@ -159,9 +160,9 @@ PP_CTextReader PP_CPPHelper::ExpandObjectMacro(PP_MacroBody* body, PP_MacroLink*
 // Expands every macro in `text`. An identifier of a macro that is in the chain gets the
 // no-expand mark behind it, so that it is never expanded again in whatever text it reaches.
 PP_CTextReader PP_CPPHelper::ExpandMacroText(PP_CTextReader text, PP_MacroLink* link) {
-    if (fExpansionDepth == kMaxExpansionDepth) {
+    if (fExpansionDepth == kMaxExpansionDepth && !fExpansionStopped) {
         fPP->Error(kPPErr_ExpressionTooComplex, 0);
-        Msgs::ErrorCheck();
+        fExpansionStopped = true;
     }
     ++fExpansionDepth;
     PP_CScanner local(&text);
@@ -174,7 +175,7 @@ PP_CTextReader PP_CPPHelper::ExpandMacroText(PP_CTextReader text, PP_MacroLink* 
             break;
         PP_CTextReader tokenText = local.GetTokenText();
         PP_MacroBody* body = nullptr;
-        if (token == kPPScan_Ident && local.CookedPeekChar() != kPP_MacroNoExpand)
+        if (token == kPPScan_Ident && !fExpansionStopped && local.CookedPeekChar() != kPP_MacroNoExpand)
             body = fMacroTable->LookupMacro(tokenText.GetReadPtr(), tokenText.Readable());
         if (body == nullptr || body->fMacroText == nullptr) {
             out.AddText(tokenText);

@@ -65,7 +65,8 @@ private:
     PP_CScanner* fCurScanner;
     PP_CTextWriter fScratch{nullptr, 0};
     PP_CWriterPerm fScratchWriter{fMemory, &fScratch};
-    int fExpansionDepth = 0;  // calls of ExpandMacroText under way
+    int fExpansionDepth = 0;       // calls of ExpandMacroText under way
+    bool fExpansionStopped = false;  // a nest went too deep: no macro is expanded any more
 };
 
 #endif

@@ -646,11 +646,12 @@ void RCScanner::DoIncludeLine(char* line) {
     char* to = line;
     for (char const* from = line + 1; *from != 0 && *from != closer; ++from) *to++ = *from;
     *to = 0;
-    if (fOpenFiles >= kMaxOpenFiles) {
+    if (fOpenFiles >= kMaxOpenFiles || fIncludesStopped) {
         // A file that includes itself would stack copies of itself without end, and one that does
-        // so twice would take exponential time: the run stops here instead.
-        Error(kPPErr_IncludeNotFound, 1, line);
-        Msgs::ErrorCheck();
+        // so twice would take exponential time. Past the limit no file is included any more, so
+        // that the open files come to their ends, and the error ends the run after the statement.
+        if (!fIncludesStopped) Error(kPPErr_IncludeNotFound, 1, line);
+        fIncludesStopped = true;
         return;
     }
     if (PP_CInput* input = ReadFile(line, closer != '"'))

@@ -163,7 +163,8 @@ private:
     RCSymbolTable* fSymbolTable;
     char* fFilename = nullptr;
     long fLastLineno = 0;
-    int fOpenFiles = 0;  // inputs on the stack that came from files
+    int fOpenFiles = 0;             // inputs on the stack that came from files
+    bool fIncludesStopped = false;  // the files nested too deep: no file is included any more
 };
 
 // Shows the position of a message: "File NAME; Line N " on the standard error, with no line end,
