@@ -10,7 +10,16 @@
 #include "RCExpression.h"
 #include "RCPtr.h"
 #include "RCScanner.h"
+#include "RCStatement_Align.h"
+#include "RCStatement_Array.h"
+#include "RCStatement_Assign.h"
+#include "RCStatement_Auto.h"
+#include "RCStatement_Fill.h"
+#include "RCStatement_Label.h"
+#include "RCStatement_Name.h"
 #include "RCStatement_Number.h"
+#include "RCStatement_Static.h"
+#include "RCStatement_Switch.h"
 
 namespace {
 
@@ -20,6 +29,7 @@ constexpr int kErrExpectedCurly = 32743;
 constexpr int kErrNotNumeric = 32741;
 constexpr int kErrExpectedString = 32754;
 constexpr int kErrExpectedBracket = 32750;
+constexpr int kMsg_ExpectedIdentifier = 32752;
 
 // The parser of the statement that the current token opens, or null if no statement starts here.
 using StatementParser = RCStatement* (*)(RCScanner*);
@@ -38,6 +48,13 @@ StatementParser ParserForKeyword(int token) {
     case kRCScan_Double:
     case kRCScan_Single:
         return ParseRealField;
+    case kRCScan_Align: return RCStatement_Align::ParseAlign;
+    case kRCScan_Array: return RCStatement_Array::ParseArray;
+    case kRCScan_Auto: return RCStatement_Auto::ParseAuto;
+    case kRCScan_Fill: return RCStatement_Fill::ParseFill;
+    case kRCScan_Set: return RCStatement_Assign::ParseAssign;
+    case kRCScan_Static: return RCStatement_Static::ParseStatic;
+    case kRCScan_Switch: return RCStatement_Switch::ParseSwitch;
     default:
         return nullptr;
     }
@@ -51,6 +68,16 @@ RCStatement* ExpectTerminator(RCScanner* scanner, RCStatement* statement) {
         return nullptr;
     }
     return owned.Release();
+}
+
+// identifier ':' statement
+// identifier [ '(' parameter-value { ',' parameter-value } ')' ] terminator
+// A name opens a label or a field of a named type; a label brings its statement's terminator.
+RCStatement* ParseNamedStatement(RCScanner* scanner) {
+    UniqueStruct* name = scanner->ScanName(kMsg_ExpectedIdentifier);
+    if (scanner->Scan(kPPScan_Colon)) return RCStatement_Label::ParseLabel(scanner, name);
+    RCStatement* field = RCStatement_Name::ParseName(scanner, name);
+    return field ? ExpectTerminator(scanner, field) : nullptr;
 }
 
 // Parses an expression and keeps it only if `accept` holds for it; otherwise reports errorId.
@@ -81,12 +108,20 @@ char RCStatement::LabelWidth() { return 0; }
 
 bool RCStatement::DescriptionsOn() { return gOptions->GetWriteDescriptions(); }
 
+bool RCStatement::CreateResource_Long(RCScanner* scanner, RCBindings* bindings, long* value) {
+    RCPtr<RCExpression> expression(ScanNumber(scanner));
+    if (!expression) return false;
+    *value = expression->Evaluate(scanner, bindings).AsInteger();
+    return true;
+}
+
 RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {
     // Modifiers are accepted in this order only, and have no effect on what follows.
     ScanKeyword(scanner, kRCScan_Unsigned);
     ScanRadix(scanner);
     ScanKeyword(scanner, kRCScan_Wide);
 
+    if (scanner->TokenType() == kPPScan_Ident) return ParseNamedStatement(scanner);
     StatementParser parser = ParserForKeyword(scanner->TokenType());
     if (!parser) {
         scanner->Error(kErrTypeSpecification, 0);
@@ -151,6 +186,38 @@ long RCStatement::EvalNumber(RCExpression* expression, RCScanner* scanner) {
     return expression->Evaluate(scanner, &scratch).AsInteger();
 }
 
+void RCStatement::ScanValueSeparator(RCScanner* scanner) {
+    if (!scanner->Scan(kPPScan_Semicolon)) scanner->Scan(kPPScan_Comma);
+}
+
+int RCStatement::ScanAlignSize(RCScanner* scanner, int errorId) {
+    int size = 0;
+    switch (scanner->TokenType()) {
+    case kRCScan_Bit:
+    case kRCScan_Boolean: size = 1; break;
+    case kRCScan_Nibble: size = 4; break;
+    case kRCScan_Byte: size = 8; break;
+    case kRCScan_Word:
+    case kRCScan_Integer: size = 16; break;
+    case kRCScan_Long:
+    case kRCScan_Single: size = 32; break;
+    case kRCScan_Double: size = 64; break;
+    default:
+        scanner->Error(errorId, 0);
+        return 0;
+    }
+    scanner->NextToken();
+    return size;
+}
+
+long RCStatement::VerifyValue(RCScanner*, long value, int width) {
+    // A part as wide as the whole value has no bits above it.
+    unsigned long mask = width >= 64 ? 0 : ~0UL << width;
+    unsigned long bits = static_cast<unsigned long>(value);
+    if (value >= 0 && (bits & mask) == bits) return value;
+    return static_cast<long>(bits & ~mask);
+}
+
 RCStatementList::RCStatementList(RCStatementList& source) : RCList(source) {}
 
 RCStatementList::~RCStatementList() { release(*this); }
@@ -181,7 +248,7 @@ bool RCStatement_Multiple::ConsumesInput() const { return fConsumesInput; }
 RCStatement_Compound::RCStatement_Compound(RCStatementList& statements)
     : RCStatement_Multiple(statements) {}
 
-bool RCStatement_Compound::CreateResource(RCBindings* bindings, RCScanner* scanner) {
+bool RCStatement_Multiple::CreateProg(RCBindings* bindings, RCScanner* scanner) {
     if (!DescriptionsOn()) return CreateChildren(bindings, scanner);
     DataArea* trace = bindings->GetDescriptionArea();
     writeText(trace, "(prog");
@@ -192,7 +259,7 @@ bool RCStatement_Compound::CreateResource(RCBindings* bindings, RCScanner* scann
     return created;
 }
 
-bool RCStatement_Compound::CreateChildren(RCBindings* bindings, RCScanner* scanner) {
+bool RCStatement_Multiple::CreateChildren(RCBindings* bindings, RCScanner* scanner) {
     bool tracing = DescriptionsOn();
     RCListIterator<RCStatementList> children(fStatements);
     while (auto* child = children.Next()) {
@@ -202,7 +269,7 @@ bool RCStatement_Compound::CreateChildren(RCBindings* bindings, RCScanner* scann
     return true;
 }
 
-void RCStatement_Compound::WriteDescription(DataArea* area, int indent) {
+void RCStatement_Multiple::WriteProg(DataArea* area, int indent) {
     writeText(area, "(prog");
     RCListIterator<RCStatementList> children(fStatements);
     while (auto* child = children.Next()) {
@@ -211,6 +278,12 @@ void RCStatement_Compound::WriteDescription(DataArea* area, int indent) {
     }
     writeChar(area, ')');
 }
+
+bool RCStatement_Compound::CreateResource(RCBindings* bindings, RCScanner* scanner) {
+    return CreateProg(bindings, scanner);
+}
+
+void RCStatement_Compound::WriteDescription(DataArea* area, int indent) { WriteProg(area, indent); }
 
 bool RCStatement_Compound::ParseCompound(RCScanner* scanner, RCStatementList& statements) {
     if (scanner->TokenType() == kPPScan_RCurly) {

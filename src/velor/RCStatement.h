@@ -52,6 +52,17 @@ public:
     static RCExpression* ScanLength(RCScanner* scanner);
     // Evaluates an expression while a type is parsed, with no resource to refer to.
     static long EvalNumber(RCExpression* expression, RCScanner* scanner);
+    // Takes the separator behind a field's value: a ';', else a ','. At most one belongs to the
+    // value; a second one is left for the next field.
+    static void ScanValueSeparator(RCScanner* scanner);
+    // The size in bits of the size keyword of an `align` or `fill`, which is consumed; any other
+    // token is reported as errorId, left in place, and gives 0.
+    static int ScanAlignSize(RCScanner* scanner, int errorId);
+
+    // The bits that a value contributes to a part of `width` bits of a fill unit: its low bits,
+    // unless it is not negative and has no bit below the width at all. Such a value comes back
+    // whole and spills into the parts to its left; that is how fill values have always behaved.
+    static long VerifyValue(RCScanner* scanner, long value, int width);
 
     // The token value behind the last keyword: what ScanKeyword and ScanRadix answer for "absent".
     static constexpr int kNoKeyword = 125;
@@ -59,6 +70,9 @@ public:
 protected:
     // True while a description of each instance is being traced into its bindings.
     static bool DescriptionsOn();
+    // A number of the value list, evaluated against the instance. False, with nothing stored,
+    // when no numeric expression could be read.
+    static bool CreateResource_Long(RCScanner* scanner, RCBindings* bindings, long* value);
 };
 
 // Owns its statements: destroying the list destroys them. Copying takes the items away from the
@@ -91,8 +105,16 @@ public:
     bool ConsumesInput() const override;
 
 protected:
+    // Runs the statements once, in order, stopping at the first failure; traced as one "(prog".
+    bool CreateProg(RCBindings* bindings, RCScanner* scanner);
+    // "(prog" with each statement on a line of its own, two deeper than indent.
+    void WriteProg(DataArea* area, int indent);
+
     RCStatementList fStatements;
     bool fConsumesInput;
+
+private:
+    bool CreateChildren(RCBindings* bindings, RCScanner* scanner);
 };
 
 // A statement list run once, in order.
@@ -106,7 +128,4 @@ public:
     // Parses the entries of a list up to, not including, its closing '}' or the next 'case'.
     // On entry the current token stands behind the opening brace or the case's ':'.
     static bool ParseCompound(RCScanner* scanner, RCStatementList& statements);
-
-private:
-    bool CreateChildren(RCBindings* bindings, RCScanner* scanner);
 };

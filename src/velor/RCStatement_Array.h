@@ -1,0 +1,31 @@
+// RCStatement_Array: a statement list laid once per element that the value list holds. An array
+// has a fixed count, or a name by which $$CountOf and $$ArrayIndex reach it, or neither.
+#pragma once
+
+#include "RCPtr.h"
+#include "RCStatement.h"
+
+class RCStatement_Array : public RCStatement_Multiple {
+public:
+    // Each takes the list; the second takes the expression too.
+    RCStatement_Array(UniqueStruct* arrayName, RCStatementList& statements);
+    RCStatement_Array(RCExpression* length, RCStatementList& statements);
+    explicit RCStatement_Array(RCStatementList& statements);
+
+    // array-statement: 'array' [ '[' number-expression ']' | identifier ] '{' statement-list '}'
+    static RCStatement* ParseArray(RCScanner* aScanner);
+
+    // array-value: '{' { element [ ';' | ',' ] } '}' [ ';' | ',' ]
+    bool CreateResource(RCBindings* bindings, RCScanner* scanner) override;
+    void WriteDescription(DataArea* area, int indent) override;
+
+private:
+    // The elements and the closing brace with its separator. After a failing element the rest is
+    // skipped up to the brace.
+    bool CreateElements(RCBindings* bindings, RCScanner* scanner, long limit);
+    // One element in its own scope; false after a message.
+    bool CreateElement(RCBindings* bindings, RCScanner* scanner, unsigned long& lastTokenCount);
+
+    UniqueStruct* fArrayName;
+    RCPtr<RCExpression> fLengthExpr;
+};
