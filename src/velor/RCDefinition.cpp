@@ -34,15 +34,9 @@ constexpr int kErrUnknownOption = 32723;
 constexpr int kErrBadResourceKind = 32735;
 constexpr int kErrNoResourceType = 32656;
 constexpr int kWarnDuplicateResource = 32655;
-constexpr int kErrOutOfMemory = 32695;
 // Messages of the preprocessor's own table.
 constexpr int kErrBadIncludeName = 33;
 constexpr int kErrNotUtf8Encoded = 40;
-
-// Each type instance inside another (a base, an `as` type, a field of a named type) recurses on
-// the machine stack; a nest deeper than this is refused before the stack runs out.
-constexpr int kMaxInstanceDepth = 1000;
-int gInstanceDepth = 0;
 
 constexpr unsigned long kDefaultFlags = 0x21;  // LOADONCALL | RELOCATABLE
 constexpr unsigned long kInstanceDescriptionType = 0x46577244;  // 'FWrD'
@@ -376,14 +370,10 @@ bool RCDefinition::CreateResource(RCBindings* bindings, RCScanner* scanner, RCNa
 
 bool RCDefinition::CreateResource_Body(RCBindings* bindings, RCScanner* scanner,
                                        RCNamedList<RCNamedValue>* parameters) {
-    if (gInstanceDepth == kMaxInstanceDepth) {
-        scanner->Error(kErrOutOfMemory, 0);
-        return false;
-    }
-    ++gInstanceDepth;
-    bool created = CreateInstance(bindings, scanner, parameters);
-    --gInstanceDepth;
-    return created;
+    // Each type instance inside another (a base, an `as` type, a field of a named type) recurses
+    // on the machine stack.
+    RCNestingLevel level(scanner);
+    return level.Entered() && CreateInstance(bindings, scanner, parameters);
 }
 
 bool RCDefinition::CreateInstance(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>* parameters) {

@@ -30,6 +30,7 @@ constexpr int kErrNotNumeric = 32741;
 constexpr int kErrExpectedString = 32754;
 constexpr int kErrExpectedBracket = 32750;
 constexpr int kMsg_ExpectedIdentifier = 32752;
+constexpr int kMsg_OutOfMemory = 32695;
 
 // The parser of the statement that the current token opens, or null if no statement starts here.
 using StatementParser = RCStatement* (*)(RCScanner*);
@@ -116,6 +117,8 @@ bool RCStatement::CreateResource_Long(RCScanner* scanner, RCBindings* bindings, 
 }
 
 RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {
+    RCNestingLevel level(scanner);
+    if (!level.Entered()) return nullptr;
     // Modifiers are accepted in this order only, and have no effect on what follows.
     ScanKeyword(scanner, kRCScan_Unsigned);
     ScanRadix(scanner);
@@ -216,6 +219,17 @@ long RCStatement::VerifyValue(RCScanner*, long value, int width) {
     unsigned long bits = static_cast<unsigned long>(value);
     if (value >= 0 && (bits & mask) == bits) return value;
     return static_cast<long>(bits & ~mask);
+}
+
+RCNestingLevel::RCNestingLevel(RCScanner* scanner) : fEntered(fgDepth < kMaxDepth) {
+    if (fEntered)
+        ++fgDepth;
+    else
+        scanner->Error(kMsg_OutOfMemory, 0);
+}
+
+RCNestingLevel::~RCNestingLevel() {
+    if (fEntered) --fgDepth;
 }
 
 RCStatementList::RCStatementList(RCStatementList& source) : RCList(source) {}

@@ -75,6 +75,27 @@ protected:
     static bool CreateResource_Long(RCScanner* scanner, RCBindings* bindings, long* value);
 };
 
+// One level of the recursion that type bodies drive on the machine stack: a statement nested in
+// another while a type is parsed, and a type instance, array, switch or label while a resource is
+// laid. All of them share one budget, since a resource may nest them in any mix; input nested
+// deeper is refused with a message instead of exhausting the stack.
+class RCNestingLevel {
+public:
+    explicit RCNestingLevel(RCScanner* scanner);
+    ~RCNestingLevel();
+
+    RCNestingLevel(RCNestingLevel const&) = delete;
+    RCNestingLevel& operator=(RCNestingLevel const&) = delete;
+
+    // False, after the message was reported, when the level would be one too many.
+    bool Entered() const { return fEntered; }
+
+private:
+    static constexpr int kMaxDepth = 1000;
+    static inline int fgDepth = 0;
+    bool fEntered;
+};
+
 // Owns its statements: destroying the list destroys them. Copying takes the items away from the
 // source, so a list can be handed from a parser to the statement that keeps it.
 class RCStatementList : public RCList<RCListItem<RCStatement*>> {

@@ -58,7 +58,8 @@ RCStatement* RCStatement_Array::ParseArray(RCScanner* aScanner) {
 }
 
 bool RCStatement_Array::CreateResource(RCBindings* bindings, RCScanner* scanner) {
-    if (!scanner->Scan(kPPScan_LCurly, kMsg_ExpectedLCurly)) return false;
+    RCNestingLevel level(scanner);
+    if (!level.Entered() || !scanner->Scan(kPPScan_LCurly, kMsg_ExpectedLCurly)) return false;
     // Evaluated once, before the first element: it may use earlier fields, but no later ones.
     long limit = fLengthExpr ? fLengthExpr->Evaluate(scanner, bindings).AsInteger()
                              : std::numeric_limits<long>::max();

@@ -20,6 +20,8 @@ RCStatement* RCStatement_Label::ParseLabel(RCScanner* scanner, UniqueStruct* lab
 }
 
 bool RCStatement_Label::CreateResource(RCBindings* bindings, RCScanner* scanner) {
+    RCNestingLevel level(scanner);
+    if (!level.Entered()) return false;
     RCValueCell* aValueCell = bindings->AssignValue_Label(scanner, fLabelName);
     VELOR_ASSERT(aValueCell != 0);
     aValueCell->SetWidth(static_cast<signed char>(LabelWidth()));

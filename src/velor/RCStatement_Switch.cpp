@@ -59,6 +59,8 @@ bool RCStatement_Switch::ParseCases(RCScanner* scanner, RCNamedStatementList& ca
 }
 
 bool RCStatement_Switch::CreateResource(RCBindings* bindings, RCScanner* scanner) {
+    RCNestingLevel level(scanner);
+    if (!level.Entered()) return false;
     UniqueStruct* name = scanner->ScanName(kMsg_ExpectedIdentifier);
     if (!name || !scanner->Scan(kPPScan_LCurly, kMsg_ExpectedLCurly)) return false;
     RCNamedStatementListItem* chosen = fCases.Lookup(name);

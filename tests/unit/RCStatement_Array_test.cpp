@@ -3,6 +3,18 @@
 
 namespace {
 
+std::string repeated(char const* text, int count) {
+    std::string result;
+    for (int i = 0; i < count; ++i) result += text;
+    return result;
+}
+
+// A type whose field lies inside `depth` arrays, and a resource of it.
+std::string nestedArrays(int depth) {
+    return "type T('TEST') { " + repeated("array { ", depth) + "byte;" + repeated(" }", depth) + " };" +
+           "resource T (1) { " + repeated("{ ", depth) + "7" + repeated(" }", depth) + " };";
+}
+
 TEST_F(Compilation, AFailedElementSkipsToTheArraysOwnBrace) {
     std::string messages = Compile("type T('TEST') { array[2] { byte; }; byte; };"
                                    "resource T (1) { { 1; 2; { 3 }; 4 }; 5 };"
@@ -60,6 +72,20 @@ TEST_F(Compilation, ArrayAndSwitchInstancesTraceOneEntryPerElementAndTheChosenCa
               "      (prog\n        (switch (case a\n          (prog\n            (bitstring 8)))))\n"
               "      (prog\n        (switch (case b\n          (prog\n            )))))))",
               Description("T(0001)"));
+}
+
+TEST_F(Compilation, StatementsAndInstancesNestUpToTheLimit) {
+    // The field inside 999 arrays is the thousandth statement parsed; while it is laid, the type
+    // instance around the arrays makes the thousandth level too.
+    Compile(nestedArrays(999).c_str());
+    EXPECT_EQ(0u, fErrors);
+    EXPECT_EQ("07", Bytes(1));
+}
+
+TEST_F(Compilation, OneLevelMoreIsRefusedOnce) {
+    std::string messages = Compile(nestedArrays(1000).c_str());
+    EXPECT_EQ(1, countOf(messages, "Out of memory."));
+    EXPECT_EQ(nullptr, fSymbols.LookupDefinition(uniqueOf("T")));
 }
 
 }  // namespace
