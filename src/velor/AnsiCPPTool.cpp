@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "IncDir.h"
+#include "MsgIds.h"
 #include "Msgs.h"
 #include "Options.h"
 #include "PPCPP.h"
@@ -143,7 +144,6 @@ namespace {
 // Environment variables that name further include directories, searched after all others.
 char const* const sEnvironment[] = {"CIncludes", nullptr};
 
-constexpr int kNeedResourceOrType = 32762;
 
 }  // namespace
 
@@ -206,7 +206,7 @@ void AnsiCPPTool::Compile(RCScanner* scanner, PP_CMacroTable* macroTable) {
             RCDefinition::ParseDefinition(scanner);
             continue;
         }
-        scanner->Error(kNeedResourceOrType, 0);
+        scanner->Error(kMsg_NeedResourceOrType, 0);
         scanner->ScanUntil(kPPScan_Semicolon);
     }
     Msgs::ErrorCheck();

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "RCAlloc.h"
 #include "RCArray.h"
 #include "RCBindings.h"
@@ -15,19 +16,6 @@
 #include "UniqueNames.h"
 
 namespace {
-
-enum : int {
-    kMsgUndefinedName = 32653,
-    kMsgTooFewArguments = 32661,
-    kMsgSyntaxError = 32697,
-    kMsgTooManyValues = 32699,
-    kMsgCountOfNeedsName = 32717,
-    kMsgArrayIndexNeedsName = 32718,
-    kMsgNotNumeric = 32741,
-    kMsgExpectedRParen = 32745,
-    kMsgExpectedLParen = 32746,
-    kMsgExpectedRBrace = 32750,
-};
 
 // Function numbers are the keyword tokens counted from $$ArrayIndex.
 enum : int {
@@ -143,7 +131,7 @@ UniqueStruct* RCExpression::AsName() {
 }
 
 RCNumber RCExpression::Evaluate(RCScanner* scanner, RCBindings*) {
-    scanner->Error(kMsgNotNumeric, 0);
+    scanner->Error(kMsg_NotNumeric, 0);
     return RCNumber();
 }
 
@@ -191,7 +179,7 @@ RCExpression* RCExpression::ParseConditional(RCScanner* scanner, RCPtr<RCExpress
     RCPtr<RCExpression> thenPart(ParseExpression(scanner, kNoMinPriority));
     if (!thenPart) return nullptr;
     if (scanner->TokenType() != kPPScan_Colon) {
-        scanner->Error(kMsgSyntaxError, 0);
+        scanner->Error(kMsg_SyntaxError, 0);
         return nullptr;
     }
     scanner->NextToken();
@@ -206,7 +194,7 @@ RCExpression* RCExpression::ParseTerm(RCScanner* scanner) {
     if (isStringToken(token)) return ParseString(scanner);
     RCPtr<RCExpression> term(ParseNumericTerm(scanner, token));
     if (term && !term->IsNumber()) {
-        scanner->Error(kMsgNotNumeric, 0);
+        scanner->Error(kMsg_NotNumeric, 0);
         return nullptr;
     }
     return term.Release();
@@ -216,7 +204,7 @@ RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
     RCExpression* term = nullptr;
     switch (token) {
     case kPPScan_Ident: {
-        UniqueStruct* name = scanner->ScanName(kMsgSyntaxError);
+        UniqueStruct* name = scanner->ScanName(kMsg_SyntaxError);
         if (scanner->TokenType() == kPPScan_LBrace) return ParseArrayRef(scanner, name);
         return new RCExpression_Name(name);
     }
@@ -244,7 +232,7 @@ RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
     case kPPScan_LParen: {
         scanner->NextToken();
         RCPtr<RCExpression> inner(ParseExpression(scanner, kNoMinPriority));
-        if (!inner || !scanner->ScanUntil(kPPScan_RParen, kMsgExpectedRParen)) return nullptr;
+        if (!inner || !scanner->ScanUntil(kPPScan_RParen, kMsg_ExpectedRParen)) return nullptr;
         return inner.Release();
     }
     default:
@@ -254,7 +242,7 @@ RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
         }
         if (token >= kRCScan_FnArrayIndex && token <= kRCScan_FnWord)
             return ParseFunction(scanner, token - kRCScan_FnArrayIndex);
-        scanner->Error(kMsgSyntaxError, 0);
+        scanner->Error(kMsg_SyntaxError, 0);
         break;
     }
     scanner->NextToken();
@@ -277,16 +265,16 @@ RCExpression* RCExpression::ParseString(RCScanner* scanner) {
 RCExpression* RCExpression::ParseFunction(RCScanner* scanner, int function) {
     int nargs = scanner->NArgs();
     scanner->NextToken();
-    if (!scanner->Scan(kPPScan_LParen, kMsgExpectedLParen)) return nullptr;
+    if (!scanner->Scan(kPPScan_LParen, kMsg_ExpectedLParen)) return nullptr;
     VELOR_ASSERT(nargs <= kArgMax);
     RCExpression* argv[kArgMax];
     int count = ParseExprList(scanner, nargs, argv);
-    bool closed = scanner->ScanUntil(kPPScan_RParen, kMsgExpectedRParen);
+    bool closed = scanner->ScanUntil(kPPScan_RParen, kMsg_ExpectedRParen);
     if (count < 0) return nullptr;
     if (closed) {
         bool takesName = function == kFunctionArrayIndex || function == kFunctionCountOf;
         if (count != nargs) {
-            scanner->Error(kMsgTooFewArguments, 1, nargs);
+            scanner->Error(kMsg_TooFewArguments, 1, nargs);
         } else if (!takesName) {
             return new RCExpression_Function(function, count, argv);
         } else if (argv[0]->IsName()) {
@@ -294,7 +282,7 @@ RCExpression* RCExpression::ParseFunction(RCScanner* scanner, int function) {
             if (function == kFunctionArrayIndex) return new RCExpression_ArrayIndex(argument->AsName());
             return new RCExpression_CountOf(argument->AsName());
         } else {
-            scanner->Error(function == kFunctionArrayIndex ? kMsgArrayIndexNeedsName : kMsgCountOfNeedsName, 0);
+            scanner->Error(function == kFunctionArrayIndex ? kMsg_ArrayIndexNeedsName : kMsg_CountOfNeedsName, 0);
         }
     }
     deleteArguments(count, argv);
@@ -306,7 +294,7 @@ int RCExpression::ParseExprList(RCScanner* scanner, int max, RCExpression** argv
     int count = 0;
     while (RCExpression* argument = ParseExpression(scanner, kNoMinPriority)) {
         if (count == max) {
-            scanner->Error(kMsgTooManyValues, 1, max);
+            scanner->Error(kMsg_TooManyValues, 1, max);
             delete argument;
             break;
         }
@@ -324,14 +312,14 @@ RCExpression* RCExpression::ParseArrayRef(RCScanner* scanner, UniqueStruct* name
     if (scanner->TokenType() == kPPScan_RBrace) {
         // The message expects a count that no subscript list has; 0 stands for it rather than
         // whatever the argument list would happen to hold.
-        scanner->Error(kMsgTooFewArguments, 1, 0);
+        scanner->Error(kMsg_TooFewArguments, 1, 0);
         scanner->NextToken();
         return nullptr;
     }
     RCExpression* argv[kArgMax];
     int count = ParseExprList(scanner, kArgMax, argv);
     if (count == 0) return nullptr;
-    bool closed = scanner->ScanUntil(kPPScan_RBrace, kMsgExpectedRBrace);
+    bool closed = scanner->ScanUntil(kPPScan_RBrace, kMsg_ExpectedRBracket);
     if (count < 0) return nullptr;
     if (closed) return new RCExpression_ArrayLabel(name, count, argv);
     deleteArguments(count, argv);
@@ -388,7 +376,7 @@ RCNumber RCExpression_Eval::Evaluate(RCScanner* scanner, RCBindings* bindings) {
     bool isConstant = false;
     RCPtr<RCExpression> reduced(Reduce(scanner, bindings, isConstant));
     if (isConstant && reduced->IsNumber()) return reduced->Evaluate(scanner, bindings);
-    scanner->Error(kMsgNotNumeric, 0);
+    scanner->Error(kMsg_NotNumeric, 0);
     return RCNumber();
 }
 
@@ -401,7 +389,7 @@ RCExpression* RCExpression_Value::Reduce(RCScanner* scanner, RCBindings*, bool& 
     if (isConstant) return Number(fValueCell->Value());
     // A forward reference: reported once, then read from the cell when the fixup runs.
     fValueCell->SetDefined();
-    scanner->Error(kMsgUndefinedName, 1, nameOf(fValueCell->Name()));
+    scanner->Error(kMsg_UndefinedName, 1, nameOf(fValueCell->Name()));
     return new RCExpression_Value(fValueCell);
 }
 
@@ -425,7 +413,7 @@ RCExpression* RCExpression_Name::Reduce(RCScanner* scanner, RCBindings* bindings
     if (RCValueCell* cell = bindings->LookupValue(fName))
         return RCExpression_Value(cell).Reduce(scanner, bindings, isConstant);
     // Only bindings without a frame know no name at all.
-    scanner->Error(kMsgUndefinedName, 1, nameOf(fName));
+    scanner->Error(kMsg_UndefinedName, 1, nameOf(fName));
     return new RCExpression_Name(fName);
 }
 

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "Options.h"
 #include "RCAlloc.h"
 #include "RCBindings.h"
@@ -14,12 +15,6 @@
 
 namespace {
 
-constexpr int kErrTypeSpecification = 32751;
-constexpr int kErrExpectedSemicolonOrCurly = 32722;
-constexpr int kErrExpectedCurly = 32743;
-constexpr int kErrNotNumeric = 32741;
-constexpr int kErrExpectedString = 32754;
-constexpr int kErrExpectedBracket = 32750;
 
 // The parser of the statement that the current token opens, or null if no statement starts here.
 using StatementParser = RCStatement* (*)(RCScanner*);
@@ -47,7 +42,7 @@ StatementParser ParserForKeyword(int token) {
 RCStatement* ExpectTerminator(RCScanner* scanner, RCStatement* statement) {
     RCPtr<RCStatement> owned(statement);
     if (!scanner->Scan(kPPScan_Semicolon) && scanner->TokenType() != kPPScan_RCurly) {
-        scanner->Error(kErrExpectedSemicolonOrCurly, 0);
+        scanner->Error(kMsg_ExpectedSemicolonOrRCurly, 0);
         return nullptr;
     }
     return owned.Release();
@@ -89,7 +84,7 @@ RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {
 
     StatementParser parser = ParserForKeyword(scanner->TokenType());
     if (!parser) {
-        scanner->Error(kErrTypeSpecification, 0);
+        scanner->Error(kMsg_TypeSpecificationError, 0);
         return nullptr;
     }
     RCStatement* statement = parser(scanner);
@@ -104,7 +99,7 @@ RCStatement* RCStatement::ParseCompound(RCScanner* aScanner) {
         aScanner->ScanUntil(kPPScan_RCurly);
         return nullptr;
     }
-    if (!aScanner->ScanUntil(kPPScan_RCurly, kErrExpectedCurly)) return nullptr;
+    if (!aScanner->ScanUntil(kPPScan_RCurly, kMsg_ExpectedRCurly)) return nullptr;
     return new RCStatement_Compound(statements);
 }
 
@@ -128,23 +123,23 @@ int RCStatement::ScanRadix(RCScanner* scanner) {
 }
 
 RCExpression* RCStatement::ScanNumber(RCScanner* scanner) {
-    return ScanExpression(scanner, &RCExpression::IsNumber, kErrNotNumeric);
+    return ScanExpression(scanner, &RCExpression::IsNumber, kMsg_NotNumeric);
 }
 
 RCExpression* RCStatement::ScanString(RCScanner* scanner) {
-    return ScanExpression(scanner, &RCExpression::IsString, kErrExpectedString);
+    return ScanExpression(scanner, &RCExpression::IsString, kMsg_ExpectedString);
 }
 
 RCExpression* RCStatement::ScanLength(RCScanner* scanner) {
     RCExpression* length = ScanNumber(scanner);
-    scanner->ScanUntil(kPPScan_RBrace, kErrExpectedBracket);
+    scanner->ScanUntil(kPPScan_RBrace, kMsg_ExpectedRBracket);
     return length;
 }
 
 long RCStatement::EvalNumber(RCExpression* expression, RCScanner* scanner) {
     if (!expression) return 0;
     if (!expression->IsNumber()) {
-        scanner->Error(kErrNotNumeric, 0);
+        scanner->Error(kMsg_NotNumeric, 0);
         return 0;
     }
     RCBindings scratch(scanner->GetSymbolTable(), nullptr, 0, 0);

@@ -1,6 +1,7 @@
 #include "RCStatement_Number.h"
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "RCBindings.h"
 #include "RCDescription.h"
 #include "RCExpression.h"
@@ -10,10 +11,6 @@
 
 namespace {
 
-constexpr int kErrExpectedBracketAfterBitstring = 32708;
-constexpr int kErrForwardExpression = 32703;
-constexpr int kErrNotNumericName = 32725;
-constexpr int kErrExpectedIdentifier = 32752;
 
 // The width of the field that the keyword opens; bitstring's width is read separately.
 short WidthOfKeyword(int token) {
@@ -47,7 +44,7 @@ RCStatement* RCStatement_Number::ParseNumber(RCScanner* scanner, bool isInteger)
 
     short width;
     if (keyword == kRCScan_Bitstring) {
-        if (!scanner->Scan(kPPScan_LBrace, kErrExpectedBracketAfterBitstring)) return nullptr;
+        if (!scanner->Scan(kPPScan_LBrace, kMsg_ExpectedBracketAfterBitstring)) return nullptr;
         RCPtr<RCExpression> length(ScanLength(scanner));
         if (!length) return nullptr;
         width = static_cast<short>(EvalNumber(length, scanner));
@@ -78,7 +75,7 @@ bool RCStatement_Number::ParseSymbolicValues(RCScanner* scanner, RCNamedList<RCN
         bool isConstant = false;
         RCPtr<RCExpression> reduced(entry->fValue->Reduce(scanner, &scratch, isConstant));
         if (!isConstant) {
-            scanner->Error(kErrForwardExpression, 0);
+            scanner->Error(kMsg_ForwardExpressionFailed, 0);
             return false;
         }
         RCNumber value = reduced->Evaluate(scanner, &scratch);
@@ -110,10 +107,10 @@ bool RCStatement_Number::AddInputValue(RCBindings* bindings, RCScanner* scanner)
 }
 
 bool RCStatement_Number::AddSymbolicValue(RCBindings* bindings, RCScanner* scanner) {
-    UniqueStruct* name = scanner->ScanName(kErrExpectedIdentifier);
+    UniqueStruct* name = scanner->ScanName(kMsg_ExpectedIdentifier);
     RCNamedValue* symbol = fValues.Lookup(name);
     if (!symbol) {
-        scanner->Error(kErrNotNumericName, 1, nameOf(name));
+        scanner->Error(kMsg_NotANumericName, 1, nameOf(name));
         return false;
     }
     return bindings->AddValue(scanner, symbol->fValue, fWidth, fIsInteger);
