@@ -11,32 +11,9 @@
 #include "RCExpression.h"
 #include "RCPtr.h"
 #include "RCScanner.h"
-#include "RCStatement_Number.h"
+#include "RCStatementFactory.h"
 
 namespace {
-
-
-// The parser of the statement that the current token opens, or null if no statement starts here.
-using StatementParser = RCStatement* (*)(RCScanner*);
-
-RCStatement* ParseIntegerField(RCScanner* scanner) { return RCStatement_Number::ParseNumber(scanner, true); }
-RCStatement* ParseRealField(RCScanner* scanner) { return RCStatement_Number::ParseNumber(scanner, false); }
-
-StatementParser ParserForKeyword(int token) {
-    switch (token) {
-    case kRCScan_Bitstring:
-    case kRCScan_Boolean:
-    case kRCScan_Byte:
-    case kRCScan_Integer:
-    case kRCScan_Longint:
-        return ParseIntegerField;
-    case kRCScan_Double:
-    case kRCScan_Single:
-        return ParseRealField;
-    default:
-        return nullptr;
-    }
-}
 
 // A statement needs ';' behind it, unless it closes its list.
 RCStatement* ExpectTerminator(RCScanner* scanner, RCStatement* statement) {
@@ -82,7 +59,7 @@ RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {
     ScanRadix(scanner);
     ScanKeyword(scanner, kRCScan_Wide);
 
-    StatementParser parser = ParserForKeyword(scanner->TokenType());
+    RCStatementParser parser = ParserForKeyword(scanner->TokenType());
     if (!parser) {
         scanner->Error(kMsg_TypeSpecificationError, 0);
         return nullptr;
