@@ -10,6 +10,7 @@
 #include "RCBindings.h"
 #include "RCByteString.h"
 #include "RCDescription.h"
+#include "RCDescriptionTrace.h"
 #include "RCExpression.h"
 #include "RCLanguagePeek.h"
 #include "RCPtr.h"
@@ -377,63 +378,49 @@ bool RCDefinition::CreateInstance(RCBindings* bindings, RCScanner* scanner, RCNa
     while (RCNamedValue* parameter = assignments.Next())
         bindings->AssignToClassParameter(parameter->fName, parameter->fValue.AsInteger());
 
-    bool tracing = DescriptionsOn();
-    if (tracing) OpenTrace(bindings, "(type ", fName);
-    bool created = CreateParts(bindings, scanner, merged, tracing);
-    if (tracing) CloseTrace(bindings);
-    return created;
+    RCTraceScope trace(bindings, kDesc_Type, fName);
+    return CreateParts(bindings, scanner, merged, trace);
 }
 
 bool RCDefinition::CreateParts(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>& parameters,
-                               bool tracing) {
-    if (fSuper && !CreateNested("(super ", fSuper, bindings, scanner, parameters, tracing)) return false;
+                               RCTraceScope const& trace) {
+    if (fSuper && !CreateNested(kDesc_Super, fSuper, bindings, scanner, parameters, trace)) return false;
     if (fBody) return fBody->CreateResource(bindings, scanner);
     VELOR_ASSERT(fAsType != 0);
-    return CreateNested("(as ", fAsType, bindings, scanner, parameters, tracing);
+    return CreateNested(kDesc_As, fAsType, bindings, scanner, parameters, trace);
 }
 
-bool RCDefinition::CreateNested(char const* keyword, RCDefinition* definition, RCBindings* bindings,
-                                RCScanner* scanner, RCNamedList<RCNamedValue>& parameters, bool tracing) {
-    if (tracing) OpenTrace(bindings, keyword, definition->fName);
-    bool created = definition->CreateResource_Body(bindings, scanner, &parameters);
-    if (tracing) {
-        CloseTrace(bindings);
-        newLineIndent(bindings->GetDescriptionArea(), bindings->GetDescriptionIndent());
+bool RCDefinition::CreateNested(RCDescriptionKeyword keyword, RCDefinition* definition, RCBindings* bindings,
+                                RCScanner* scanner, RCNamedList<RCNamedValue>& parameters,
+                                RCTraceScope const& trace) {
+    bool created = false;
+    {
+        RCTraceScope nested(trace, keyword, definition->fName);
+        created = definition->CreateResource_Body(bindings, scanner, &parameters);
     }
+    trace.NewLine();
     return created;
 }
 
-void RCDefinition::OpenTrace(RCBindings* bindings, char const* keyword, UniqueStruct* name) {
-    DataArea* trace = bindings->GetDescriptionArea();
-    writeText(trace, keyword);
-    writeText(trace, nameOf(name));
-    newLineIndent(trace, bindings->IncrementDescriptionIndent(2));
-}
-
-void RCDefinition::CloseTrace(RCBindings* bindings) {
-    bindings->IncrementDescriptionIndent(-2);
-    writeChar(bindings->GetDescriptionArea(), ')');
-}
-
 void RCDefinition::WriteDescription(DataArea* area, int indent) {
-    writeText(area, "(type ");
+    writeHead(area, kDesc_Type);
     writeText(area, nameOf(fName));
     if (fHasResType) {
         newLineIndent(area, indent + 2);
-        writeText(area, "(restype ");
+        writeHead(area, kDesc_Restype);
         writeNumber(area, static_cast<long>(fResType));
         writeChar(area, ')');
     }
     if (fSuper) {
         newLineIndent(area, indent + 2);
-        writeText(area, "(super ");
+        writeHead(area, kDesc_Super);
         writeText(area, nameOf(fSuper->fName));
-        writeNamedNumbers(area, indent + 6, "(args ", fParameters);
+        writeNamedNumbers(area, indent + 6, kDesc_Args, fParameters);
         writeChar(area, ')');
     }
     if (fAsType) {
         newLineIndent(area, indent + 2);
-        writeText(area, "(as ");
+        writeHead(area, kDesc_As);
         writeText(area, nameOf(fAsType->fName));
         writeChar(area, ')');
     }

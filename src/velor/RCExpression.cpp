@@ -439,10 +439,11 @@ RCNumber RCExpression_1::Evaluate(RCScanner* scanner, RCBindings* bindings) {
 }
 
 void RCExpression_1::WriteDescription(DataArea* area, int indent) {
+    char const* text = operatorText(fOperator);
     writeChar(area, '(');
-    writeText(area, operatorText(fOperator));
+    writeText(area, text);
     writeChar(area, ' ');
-    fOperand->WriteDescription(area, indent + 3);
+    fOperand->WriteDescription(area, indent + headWidth(text));
     writeChar(area, ')');
 }
 
@@ -471,7 +472,7 @@ RCNumber RCExpression_2::Evaluate(RCScanner* scanner, RCBindings* bindings) {
 
 void RCExpression_2::WriteDescription(DataArea* area, int indent) {
     char const* text = operatorText(fOperator);
-    int inner = indent + 2 + static_cast<int>(std::strlen(text));
+    int inner = indent + headWidth(text);
     writeChar(area, '(');
     writeText(area, text);
     writeChar(area, ' ');
@@ -505,8 +506,8 @@ RCNumber RCExpression_3::Evaluate(RCScanner* scanner, RCBindings* bindings) {
 }
 
 void RCExpression_3::WriteDescription(DataArea* area, int indent) {
-    int inner = indent + 4;
-    writeText(area, "(if ");
+    int inner = indent + headWidth(kDesc_If);
+    writeHead(area, kDesc_If);
     fCondition->WriteDescription(area, inner);
     newLineIndent(area, inner);
     fThen->WriteDescription(area, inner);
@@ -571,7 +572,7 @@ void RCExpression_Function::WriteDescription(DataArea* area, int indent) {
     writeChar(area, '(');
     writeText(area, text);
     writeChar(area, ' ');
-    WriteArguments(area, indent + 2 + static_cast<int>(std::strlen(text)));
+    WriteArguments(area, indent + headWidth(text));
     writeChar(area, ')');
 }
 
@@ -584,10 +585,10 @@ RCExpression* RCExpression_ArrayLabel::Reduce(RCScanner* scanner, RCBindings* bi
 
 void RCExpression_ArrayLabel::WriteDescription(DataArea* area, int indent) {
     char const* name = nameOf(fName);
-    writeText(area, "(arrayref ");
+    writeHead(area, kDesc_Arrayref);
     writeText(area, name);
     writeChar(area, ' ');
-    WriteArguments(area, indent + 10 + static_cast<int>(std::strlen(name)));
+    WriteArguments(area, indent + headWidth(kDesc_Arrayref) + static_cast<int>(std::strlen(name)));
     writeChar(area, ')');
 }
 
@@ -637,10 +638,8 @@ bool RCExpression_ArrayFunction::IsNumber() const {
     return true;
 }
 
-void RCExpression_ArrayFunction::WriteNamedForm(DataArea* area, char const* keyword) const {
-    writeChar(area, '(');
-    writeText(area, keyword);
-    writeChar(area, ' ');
+void RCExpression_ArrayFunction::WriteNamedForm(DataArea* area, RCDescriptionKeyword keyword) const {
+    writeHead(area, keyword);
     writeName(area, fName);
     writeChar(area, ')');
 }
@@ -651,7 +650,7 @@ RCExpression* RCExpression_CountOf::Reduce(RCScanner*, RCBindings* bindings, boo
 }
 
 void RCExpression_CountOf::WriteDescription(DataArea* area, int) {
-    WriteNamedForm(area, "$$CountOf");
+    WriteNamedForm(area, kDesc_CountOf);
 }
 
 RCExpression* RCExpression_ArrayIndex::Reduce(RCScanner*, RCBindings* bindings, bool& isConstant) const {
@@ -660,5 +659,5 @@ RCExpression* RCExpression_ArrayIndex::Reduce(RCScanner*, RCBindings* bindings, 
 }
 
 void RCExpression_ArrayIndex::WriteDescription(DataArea* area, int) {
-    WriteNamedForm(area, "$$ArrayIndex");
+    WriteNamedForm(area, kDesc_ArrayIndex);
 }

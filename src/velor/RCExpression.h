@@ -13,6 +13,7 @@
 #include <cstddef>
 
 #include "RCByteString.h"
+#include "RCDescription.h"
 #include "RCNumber.h"
 #include "RCPtr.h"
 
@@ -256,7 +257,7 @@ public:
 
 protected:
     // "(keyword name)".
-    void WriteNamedForm(DataArea* area, char const* keyword) const;
+    void WriteNamedForm(DataArea* area, RCDescriptionKeyword keyword) const;
 
     UniqueStruct* fName;
 };

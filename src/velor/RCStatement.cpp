@@ -4,10 +4,10 @@
 
 #include "Assertion.h"
 #include "MsgIds.h"
-#include "Options.h"
 #include "RCAlloc.h"
 #include "RCBindings.h"
 #include "RCDescription.h"
+#include "RCDescriptionTrace.h"
 #include "RCExpression.h"
 #include "RCPtr.h"
 #include "RCScanner.h"
@@ -50,8 +50,6 @@ bool RCStatement::CreateResource_File(RCBindings* bindings, RCScanner* scanner, 
 }
 
 char RCStatement::LabelWidth() { return 0; }
-
-bool RCStatement::DescriptionsOn() { return gOptions->GetWriteDescriptions(); }
 
 RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {
     // Modifiers are accepted in this order only, and have no effect on what follows.
@@ -133,7 +131,10 @@ void RCStatementList::Append(RCStatement* statement) {
 
 bool RCStatement_Null::CreateResource(RCBindings*, RCScanner*) { return true; }
 
-void RCStatement_Null::WriteDescription(DataArea* area, int) { writeText(area, "(null)"); }
+void RCStatement_Null::WriteDescription(DataArea* area, int) {
+    writeHead(area, kDesc_Null);
+    writeChar(area, ')');
+}
 
 bool RCStatement_Null::ConsumesInput() const { return false; }
 
@@ -154,28 +155,17 @@ RCStatement_Compound::RCStatement_Compound(RCStatementList& statements)
     : RCStatement_Multiple(statements) {}
 
 bool RCStatement_Compound::CreateResource(RCBindings* bindings, RCScanner* scanner) {
-    if (!DescriptionsOn()) return CreateChildren(bindings, scanner);
-    DataArea* trace = bindings->GetDescriptionArea();
-    writeText(trace, "(prog");
-    bindings->IncrementDescriptionIndent(2);
-    bool created = CreateChildren(bindings, scanner);
-    bindings->IncrementDescriptionIndent(-2);
-    writeChar(trace, ')');
-    return created;
-}
-
-bool RCStatement_Compound::CreateChildren(RCBindings* bindings, RCScanner* scanner) {
-    bool tracing = DescriptionsOn();
+    RCTraceScope trace(bindings, kDesc_Prog);
     RCListIterator<RCStatementList> children(fStatements);
     while (auto* child = children.Next()) {
-        if (tracing) newLineIndent(bindings->GetDescriptionArea(), bindings->GetDescriptionIndent());
+        trace.NewLine();
         if (!child->fValue->CreateResource(bindings, scanner)) return false;
     }
     return true;
 }
 
 void RCStatement_Compound::WriteDescription(DataArea* area, int indent) {
-    writeText(area, "(prog");
+    writeHead(area, kDesc_Prog);
     RCListIterator<RCStatementList> children(fStatements);
     while (auto* child = children.Next()) {
         newLineIndent(area, indent + 2);

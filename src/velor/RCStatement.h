@@ -55,10 +55,6 @@ public:
 
     // The token value behind the last keyword: what ScanKeyword and ScanRadix answer for "absent".
     static constexpr int kNoKeyword = 125;
-
-protected:
-    // True while a description of each instance is being traced into its bindings.
-    static bool DescriptionsOn();
 };
 
 // Owns its statements: destroying the list destroys them. Copying takes the items away from the
@@ -106,7 +102,4 @@ public:
     // Parses the entries of a list up to, not including, its closing '}' or the next 'case'.
     // On entry the current token stands behind the opening brace or the case's ':'.
     static bool ParseCompound(RCScanner* scanner, RCStatementList& statements);
-
-private:
-    bool CreateChildren(RCBindings* bindings, RCScanner* scanner);
 };

@@ -4,6 +4,7 @@
 #include "MsgIds.h"
 #include "RCBindings.h"
 #include "RCDescription.h"
+#include "RCDescriptionTrace.h"
 #include "RCExpression.h"
 #include "RCNamedExpression.h"
 #include "RCScanner.h"
@@ -86,11 +87,7 @@ bool RCStatement_Number::ParseSymbolicValues(RCScanner* scanner, RCNamedList<RCN
 }
 
 bool RCStatement_Number::CreateResource(RCBindings* bindings, RCScanner* scanner) {
-    if (DescriptionsOn()) {
-        DataArea* trace = bindings->GetDescriptionArea();
-        WriteKindAndWidth(trace);
-        writeChar(trace, ')');
-    }
+    TraceKindAndWidth(bindings);
     if (!ConsumesInput()) return bindings->AddValue(scanner, fValueExpr, fWidth, fIsInteger);
     if (!AddInputValue(bindings, scanner)) return false;
     // At most one separator belongs to the value; a second one is left for the next field.
@@ -116,20 +113,23 @@ bool RCStatement_Number::AddSymbolicValue(RCBindings* bindings, RCScanner* scann
     return bindings->AddValue(scanner, symbol->fValue, fWidth, fIsInteger);
 }
 
-void RCStatement_Number::WriteKindAndWidth(DataArea* area) const {
-    writeText(area, fIsInteger ? "(bitstring " : "(float ");
-    writeNumber(area, static_cast<long>(fWidth));
+RCDescriptionKeyword RCStatement_Number::Kind() const { return fIsInteger ? kDesc_Bitstring : kDesc_Float; }
+
+void RCStatement_Number::TraceKindAndWidth(RCBindings* bindings) const {
+    RCTraceScope trace(bindings, Kind());
+    if (trace.Area()) writeNumber(trace.Area(), static_cast<long>(fWidth));
 }
 
 void RCStatement_Number::WriteDescription(DataArea* area, int indent) {
-    WriteKindAndWidth(area);
+    writeHead(area, Kind());
+    writeNumber(area, static_cast<long>(fWidth));
     if (fValueExpr) {
         newLineIndent(area, indent + 2);
-        writeText(area, "(value ");
+        writeHead(area, kDesc_Value);
         fValueExpr->WriteDescription(area, indent + 4);
         writeChar(area, ')');
     }
-    writeNamedNumbers(area, indent + 2, "(oneof", fValues);
+    writeNamedNumbers(area, indent + 2, kDesc_Oneof, fValues);
     writeChar(area, ')');
 }
 
