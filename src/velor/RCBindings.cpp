@@ -17,14 +17,6 @@
 
 namespace {
 
-enum ApplyFunction : int {
-    kApplyArrayIndex = 0,
-    kApplyBitField = 1,
-    kApplyByte = 2,
-    kApplyLong = 4,
-    kApplyWord = 5,
-};
-
 constexpr int kBitsPerByte = 8;
 constexpr int kValueBits = 64;
 constexpr short kMaxIntegerWidth = 32;
@@ -440,20 +432,20 @@ long RCBindings::ArrayRef(RCScanner* scanner, UniqueStruct* name, RCArrayLabel* 
 }
 
 long RCBindings::Apply(RCScanner* scanner, int function, int argc, RCExpression** argv) {
-    if (function == kApplyArrayIndex) {
+    if (function == kFunction_ArrayIndex) {
         VELOR_ASSERT(argv[0]->IsName());
         return RequireDefn()->ArrayIndex(nullptr, argv[0]->AsName());
     }
     long args[kArgMax];
     evalArgv(scanner, this, argc, argv, args);
     switch (function) {
-    case kApplyBitField:
+    case kFunction_BitField:
         return GetValue(WrappingAdd(args[0], args[1]), static_cast<short>(args[2]));
-    case kApplyByte:
+    case kFunction_Byte:
         return GetValue(args[0], 8);
-    case kApplyLong:
+    case kFunction_Long:
         return GetValue(args[0], 32);
-    case kApplyWord:
+    case kFunction_Word:
         return GetValue(args[0], 16);
     default:
         VELOR_ASSERT_TEXT("RCBindings::Apply", false);

@@ -13,6 +13,7 @@
 #include "RCDescriptionTrace.h"
 #include "RCExpression.h"
 #include "RCLanguagePeek.h"
+#include "RCNestingGuard.h"
 #include "RCPtr.h"
 #include "RCResource.h"
 #include "RCResourceFile.h"
@@ -25,8 +26,7 @@ namespace {
 
 // Each type instance inside another (a base, an `as` type, a field of a named type) recurses on
 // the machine stack; a nest deeper than this is refused before the stack runs out.
-constexpr int kMaxInstanceDepth = 1000;
-int gInstanceDepth = 0;
+RCNesting gInstanceNesting{1000, kMsg_OutOfMemory};
 
 constexpr unsigned long kDefaultFlags = 0x21;  // LOADONCALL | RELOCATABLE
 constexpr unsigned long kInstanceDescriptionType = 0x46577244;  // 'FWrD'
@@ -360,14 +360,8 @@ bool RCDefinition::CreateResource(RCBindings* bindings, RCScanner* scanner, RCNa
 
 bool RCDefinition::CreateResource_Body(RCBindings* bindings, RCScanner* scanner,
                                        RCNamedList<RCNamedValue>* parameters) {
-    if (gInstanceDepth == kMaxInstanceDepth) {
-        scanner->Error(kMsg_OutOfMemory, 0);
-        return false;
-    }
-    ++gInstanceDepth;
-    bool created = CreateInstance(bindings, scanner, parameters);
-    --gInstanceDepth;
-    return created;
+    RCNestingGuard nesting(gInstanceNesting);
+    return nesting.Deeper(scanner) && CreateInstance(bindings, scanner, parameters);
 }
 
 bool RCDefinition::CreateInstance(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>* parameters) {

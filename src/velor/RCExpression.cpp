@@ -10,6 +10,7 @@
 #include "RCBindings.h"
 #include "RCBindings_Def.h"
 #include "RCDescription.h"
+#include "RCNestingGuard.h"
 #include "RCOperators.h"
 #include "RCScanner.h"
 #include "RCValueCell.h"
@@ -17,42 +18,14 @@
 
 namespace {
 
-// Function numbers are the keyword tokens counted from $$ArrayIndex.
-enum : int {
-    kFunctionArrayIndex = 0,
-    kFunctionBitField = 1,
-    kFunctionByte = 2,
-    kFunctionCountOf = 3,
-    kFunctionLong = 4,
-    kFunctionWord = 5,
-};
+static_assert(kRCScan_FnWord - kRCScan_FnArrayIndex == kFunction_Word, "function numbers follow the keywords");
 
 constexpr int kNoMinPriority = -1;
 
 // Every walk over a tree (reduce, evaluate, describe, delete) recurses on its depth, so the parser
 // refuses trees deeper than this. The guard counts the nesting of the parse and the operators
 // chained at each level of it, which together bound the depth of the tree being built.
-constexpr int kMaxExpressionDepth = 1000;
-
-class DepthGuard {
-public:
-    DepthGuard() = default;
-    DepthGuard(DepthGuard const&) = delete;
-    DepthGuard& operator=(DepthGuard const&) = delete;
-    ~DepthGuard() { fgDepth -= fAdded; }
-
-    // One level deeper; false, with the message given, once the tree would be too deep.
-    bool Deeper(RCScanner* scanner) {
-        ++fAdded;
-        if (++fgDepth <= kMaxExpressionDepth) return true;
-        scanner->Error(kPPErr_ExpressionTooComplex, 0);
-        return false;
-    }
-
-private:
-    static inline int fgDepth = 0;
-    int fAdded = 0;
-};
+RCNesting gExpressionNesting{1000, kPPErr_ExpressionTooComplex};
 
 bool isStringToken(int token) {
     return token >= kPPScan_String && token <= kPPScan_DBHexString;
@@ -78,13 +51,13 @@ void writeName(DataArea* area, UniqueStruct* name) {
 
 char const* functionText(int function) {
     switch (function) {
-    case kFunctionBitField:
+    case kFunction_BitField:
         return "$$BitField";
-    case kFunctionByte:
+    case kFunction_Byte:
         return "$$Byte";
-    case kFunctionLong:
+    case kFunction_Long:
         return "$$Long";
-    case kFunctionWord:
+    case kFunction_Word:
         return "$$Word";
     default:
         return "???";
@@ -155,7 +128,7 @@ RCExpression* RCExpression::Increment(RCExpression* base, long delta) {
 // Parser
 
 RCExpression* RCExpression::ParseExpression(RCScanner* scanner, int minPriority) {
-    DepthGuard depth;
+    RCNestingGuard depth(gExpressionNesting);
     if (!depth.Deeper(scanner)) return nullptr;
     RCPtr<RCExpression> tree(ParseTerm(scanner));
     if (!tree) return nullptr;
@@ -223,7 +196,7 @@ RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
     case kPPScan_Tilde:
     case kPPScan_Minus: {
         // Unary operators take a term, so they bind tighter than every binary one and stack.
-        DepthGuard depth;
+        RCNestingGuard depth(gExpressionNesting);
         if (!depth.Deeper(scanner)) return nullptr;
         scanner->NextToken();
         RCExpression* operand = ParseTerm(scanner);
@@ -272,17 +245,17 @@ RCExpression* RCExpression::ParseFunction(RCScanner* scanner, int function) {
     bool closed = scanner->ScanUntil(kPPScan_RParen, kMsg_ExpectedRParen);
     if (count < 0) return nullptr;
     if (closed) {
-        bool takesName = function == kFunctionArrayIndex || function == kFunctionCountOf;
+        bool takesName = function == kFunction_ArrayIndex || function == kFunction_CountOf;
         if (count != nargs) {
             scanner->Error(kMsg_TooFewArguments, 1, nargs);
         } else if (!takesName) {
             return new RCExpression_Function(function, count, argv);
         } else if (argv[0]->IsName()) {
             RCPtr<RCExpression> argument(argv[0]);
-            if (function == kFunctionArrayIndex) return new RCExpression_ArrayIndex(argument->AsName());
+            if (function == kFunction_ArrayIndex) return new RCExpression_ArrayIndex(argument->AsName());
             return new RCExpression_CountOf(argument->AsName());
         } else {
-            scanner->Error(function == kFunctionArrayIndex ? kMsg_ArrayIndexNeedsName : kMsg_CountOfNeedsName, 0);
+            scanner->Error(function == kFunction_ArrayIndex ? kMsg_ArrayIndexNeedsName : kMsg_CountOfNeedsName, 0);
         }
     }
     deleteArguments(count, argv);

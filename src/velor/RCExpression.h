@@ -25,6 +25,16 @@ class RCScanner;
 class RCValueCell;
 struct UniqueStruct;
 
+// The `$$` functions by number: their keyword tokens counted from `$$ArrayIndex`.
+enum RCFunction : int {
+    kFunction_ArrayIndex,
+    kFunction_BitField,
+    kFunction_Byte,
+    kFunction_CountOf,
+    kFunction_Long,
+    kFunction_Word,
+};
+
 class RCExpression {
 public:
     static void* operator new(std::size_t size);

@@ -111,6 +111,10 @@ RCExpression* RCStatement::ScanLength(RCScanner* scanner) {
     return length;
 }
 
+void RCStatement::ScanValueSeparator(RCScanner* scanner) {
+    if (!scanner->Scan(kPPScan_Semicolon)) scanner->Scan(kPPScan_Comma);
+}
+
 long RCStatement::EvalNumber(RCExpression* expression, RCScanner* scanner) {
     if (!expression) return 0;
     if (!expression->IsNumber()) {

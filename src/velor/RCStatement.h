@@ -50,6 +50,9 @@ public:
     // A numeric expression followed by ']'; the expression is returned even if the bracket is not
     // where it belongs.
     static RCExpression* ScanLength(RCScanner* scanner);
+    // Takes the separator behind a value of the value list: ';', else ','. At most one belongs to
+    // the value; a second one is left for the next field.
+    static void ScanValueSeparator(RCScanner* scanner);
     // Evaluates an expression while a type is parsed, with no resource to refer to.
     static long EvalNumber(RCExpression* expression, RCScanner* scanner);
 

@@ -90,8 +90,7 @@ bool RCStatement_Number::CreateResource(RCBindings* bindings, RCScanner* scanner
     TraceKindAndWidth(bindings);
     if (!ConsumesInput()) return bindings->AddValue(scanner, fValueExpr, fWidth, fIsInteger);
     if (!AddInputValue(bindings, scanner)) return false;
-    // At most one separator belongs to the value; a second one is left for the next field.
-    if (!scanner->Scan(kPPScan_Semicolon)) scanner->Scan(kPPScan_Comma);
+    ScanValueSeparator(scanner);
     return true;
 }
 
