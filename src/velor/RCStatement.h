@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "RCNestingGuard.h"
 #include "RCScope.h"
 
 class DataArea;
@@ -50,11 +51,11 @@ public:
     // A numeric expression followed by ']'; the expression is returned even if the bracket is not
     // where it belongs.
     static RCExpression* ScanLength(RCScanner* scanner);
+    // Takes the separator behind a value of the value list: ';', else ','. At most one belongs to
+    // the value; a second one is left for the next field.
+    static void ScanValueSeparator(RCScanner* scanner);
     // Evaluates an expression while a type is parsed, with no resource to refer to.
     static long EvalNumber(RCExpression* expression, RCScanner* scanner);
-    // Takes the separator behind a field's value: a ';', else a ','. At most one belongs to the
-    // value; a second one is left for the next field.
-    static void ScanValueSeparator(RCScanner* scanner);
     // The size in bits of the size keyword of an `align` or `fill`, which is consumed; any other
     // token is reported as errorId, left in place, and gives 0.
     static int ScanAlignSize(RCScanner* scanner, int errorId);
@@ -68,33 +69,15 @@ public:
     static constexpr int kNoKeyword = 125;
 
 protected:
-    // True while a description of each instance is being traced into its bindings.
-    static bool DescriptionsOn();
     // A number of the value list, evaluated against the instance. False, with nothing stored,
     // when no numeric expression could be read.
     static bool CreateResource_Long(RCScanner* scanner, RCBindings* bindings, long* value);
 };
 
-// One level of the recursion that type bodies drive on the machine stack: a statement nested in
-// another while a type is parsed, and a type instance, array, switch or label while a resource is
-// laid. All of them share one budget, since a resource may nest them in any mix; input nested
-// deeper is refused with a message instead of exhausting the stack.
-class RCNestingLevel {
-public:
-    explicit RCNestingLevel(RCScanner* scanner);
-    ~RCNestingLevel();
-
-    RCNestingLevel(RCNestingLevel const&) = delete;
-    RCNestingLevel& operator=(RCNestingLevel const&) = delete;
-
-    // False, after the message was reported, when the level would be one too many.
-    bool Entered() const { return fEntered; }
-
-private:
-    static constexpr int kMaxDepth = 1000;
-    static inline int fgDepth = 0;
-    bool fEntered;
-};
+// The recursion that type bodies drive on the machine stack: a statement nested in another while
+// a type is parsed, and a type instance, array, switch or label while a resource is laid. All of
+// them share one budget, since a resource may nest them in any mix.
+extern RCNesting gTypeNesting;
 
 // Owns its statements: destroying the list destroys them. Copying takes the items away from the
 // source, so a list can be handed from a parser to the statement that keeps it.
@@ -133,9 +116,6 @@ protected:
 
     RCStatementList fStatements;
     bool fConsumesInput;
-
-private:
-    bool CreateChildren(RCBindings* bindings, RCScanner* scanner);
 };
 
 // A statement list run once, in order.

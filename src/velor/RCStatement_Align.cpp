@@ -2,15 +2,11 @@
 #include "RCStatement_Align.h"
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "RCBindings.h"
 #include "RCDescription.h"
+#include "RCDescriptionTrace.h"
 #include "RCScanner.h"
-
-namespace {
-
-constexpr int kMsg_ExpectedAlignSize = 32709;
-
-}  // namespace
 
 RCStatement_Align::RCStatement_Align(int width) : fWidth(width) {}
 
@@ -22,17 +18,18 @@ RCStatement* RCStatement_Align::ParseAlign(RCScanner* aScanner) {
 }
 
 bool RCStatement_Align::CreateResource(RCBindings* bindings, RCScanner* scanner) {
-    if (DescriptionsOn()) WriteAlign(bindings->GetDescriptionArea());
+    {
+        RCTraceScope trace(bindings, kDesc_Align);
+        if (trace.Area()) writeNumber(trace.Area(), static_cast<long>(fWidth));
+    }
     // A padding that the bindings refuse, as one of more than 32 bits, has been reported there;
     // the statement itself still counts as laid.
     bindings->Align(scanner, static_cast<short>(fWidth));
     return true;
 }
 
-void RCStatement_Align::WriteDescription(DataArea* area, int) { WriteAlign(area); }
-
-void RCStatement_Align::WriteAlign(DataArea* area) const {
-    writeText(area, "(align ");
+void RCStatement_Align::WriteDescription(DataArea* area, int) {
+    writeHead(area, kDesc_Align);
     writeNumber(area, static_cast<long>(fWidth));
     writeChar(area, ')');
 }

@@ -16,8 +16,5 @@ public:
     bool ConsumesInput() const override;
 
 private:
-    // "(align N)", alike in the type and the instance descriptions.
-    void WriteAlign(DataArea* area) const;
-
     int fWidth;
 };

@@ -7,23 +7,14 @@
 #include <limits>
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "RCBindDefinition.h"
 #include "RCBindings.h"
 #include "RCDescription.h"
+#include "RCDescriptionTrace.h"
 #include "RCExpression.h"
 #include "RCScanner.h"
 #include "UniqueNames.h"
-
-namespace {
-
-constexpr int kMsg_ExpectedIdentifier = 32752;
-constexpr int kMsg_ExpectedLCurly = 32761;
-constexpr int kMsg_ExpectedRCurly = 32743;
-constexpr int kMsg_TooFewArrayElements = 32730;
-constexpr int kMsg_TooManyArrayElements = 32731;
-constexpr int kMsg_ExpectedArraySeparator = 32652;
-
-}  // namespace
 
 RCStatement_Array::RCStatement_Array(UniqueStruct* arrayName, RCStatementList& statements)
     : RCStatement_Multiple(statements), fArrayName(arrayName) {}
@@ -58,38 +49,30 @@ RCStatement* RCStatement_Array::ParseArray(RCScanner* aScanner) {
 }
 
 bool RCStatement_Array::CreateResource(RCBindings* bindings, RCScanner* scanner) {
-    RCNestingLevel level(scanner);
-    if (!level.Entered() || !scanner->Scan(kPPScan_LCurly, kMsg_ExpectedLCurly)) return false;
+    RCNestingGuard nesting(gTypeNesting);
+    if (!nesting.Deeper(scanner) || !scanner->Scan(kPPScan_LCurly, kMsg_ExpectedLCurly)) return false;
     // Evaluated once, before the first element: it may use earlier fields, but no later ones.
     long limit = fLengthExpr ? fLengthExpr->Evaluate(scanner, bindings).AsInteger()
                              : std::numeric_limits<long>::max();
-    bool tracing = DescriptionsOn();
-    if (tracing) {
-        writeText(bindings->GetDescriptionArea(), "(array");
-        bindings->IncrementDescriptionIndent(2);
-    }
-    bool created = CreateElements(bindings, scanner, limit);
-    if (tracing) {
-        bindings->IncrementDescriptionIndent(-2);
-        writeChar(bindings->GetDescriptionArea(), ')');
-    }
-    return created;
+    RCTraceScope trace(bindings, kDesc_Array);
+    return CreateElements(bindings, scanner, limit, trace);
 }
 
-bool RCStatement_Array::CreateElements(RCBindings* bindings, RCScanner* scanner, long limit) {
+bool RCStatement_Array::CreateElements(RCBindings* bindings, RCScanner* scanner, long limit,
+                                       RCTraceScope const& trace) {
     RCBindArray array(bindings, fArrayName);
     unsigned long lastTokenCount = scanner->GetTokenCount();
     for (long element = 1;; ++element) {
         if (scanner->Scan(kPPScan_RCurly)) {
             ScanValueSeparator(scanner);
             if (fLengthExpr && element - 1 != limit) {
-                scanner->Error(kMsg_TooFewArrayElements, 1, limit);
+                scanner->Error(kMsg_TooFewElements, 1, limit);
                 return false;
             }
             return true;
         }
-        if (element > limit) scanner->Error(kMsg_TooManyArrayElements, 1, limit);
-        if (element > limit || !CreateElement(bindings, scanner, lastTokenCount)) {
+        if (element > limit) scanner->Error(kMsg_TooManyElements, 1, limit);
+        if (element > limit || !CreateElement(bindings, scanner, lastTokenCount, trace)) {
             // What is left of the value list is skipped as far as the array's own brace.
             scanner->ScanUntil(kPPScan_RCurly);
             return false;
@@ -97,13 +80,14 @@ bool RCStatement_Array::CreateElements(RCBindings* bindings, RCScanner* scanner,
     }
 }
 
-bool RCStatement_Array::CreateElement(RCBindings* bindings, RCScanner* scanner, unsigned long& lastTokenCount) {
+bool RCStatement_Array::CreateElement(RCBindings* bindings, RCScanner* scanner, unsigned long& lastTokenCount,
+                                      RCTraceScope const& trace) {
     RCNewArrayElement element(bindings);
-    if (DescriptionsOn()) newLineIndent(bindings->GetDescriptionArea(), bindings->GetDescriptionIndent());
+    trace.NewLine();
     if (!CreateProg(bindings, scanner)) return false;
     bool separated = scanner->Scan(kPPScan_Semicolon) || scanner->Scan(kPPScan_Comma);
     if (!separated && scanner->GetTokenCount() == lastTokenCount) {
-        scanner->Error(kMsg_ExpectedArraySeparator, 0);
+        scanner->Error(kMsg_ArrayMissingTypename, 0);
         return false;
     }
     lastTokenCount = scanner->GetTokenCount();
@@ -111,16 +95,16 @@ bool RCStatement_Array::CreateElement(RCBindings* bindings, RCScanner* scanner, 
 }
 
 void RCStatement_Array::WriteDescription(DataArea* area, int indent) {
-    writeText(area, "(array");
+    writeHead(area, kDesc_Array);
     if (fArrayName) {
         newLineIndent(area, indent + 2);
-        writeText(area, "(name ");
+        writeHead(area, kDesc_Name);
         writeText(area, nameOf(fArrayName));
         writeChar(area, ')');
     }
     if (fLengthExpr) {
         newLineIndent(area, indent + 2);
-        writeExpressionGroup(area, "(length ", fLengthExpr, indent + 4);
+        writeExpressionGroup(area, kDesc_Length, fLengthExpr, indent + 4);
     }
     newLineIndent(area, indent + 2);
     WriteProg(area, indent + 2);

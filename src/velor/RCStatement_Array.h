@@ -5,6 +5,8 @@
 #include "RCPtr.h"
 #include "RCStatement.h"
 
+class RCTraceScope;
+
 class RCStatement_Array : public RCStatement_Multiple {
 public:
     // Each takes the list; the second takes the expression too.
@@ -22,9 +24,10 @@ public:
 private:
     // The elements and the closing brace with its separator. After a failing element the rest is
     // skipped up to the brace.
-    bool CreateElements(RCBindings* bindings, RCScanner* scanner, long limit);
-    // One element in its own scope; false after a message.
-    bool CreateElement(RCBindings* bindings, RCScanner* scanner, unsigned long& lastTokenCount);
+    bool CreateElements(RCBindings* bindings, RCScanner* scanner, long limit, RCTraceScope const& trace);
+    // One element in its own scope, traced as a list of its own; false after a message.
+    bool CreateElement(RCBindings* bindings, RCScanner* scanner, unsigned long& lastTokenCount,
+                       RCTraceScope const& trace);
 
     UniqueStruct* fArrayName;
     RCPtr<RCExpression> fLengthExpr;

@@ -18,4 +18,4 @@ bool RCStatement_Assign::CreateResource(RCBindings* bindings, RCScanner* scanner
     return true;
 }
 
-void RCStatement_Assign::WriteDescription(DataArea* area, int indent) { WriteNameAndValue(area, indent, "set"); }
+void RCStatement_Assign::WriteDescription(DataArea* area, int indent) { WriteNameAndValue(area, indent, kDesc_Set); }

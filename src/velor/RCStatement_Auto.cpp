@@ -18,4 +18,4 @@ bool RCStatement_Auto::CreateResource(RCBindings* bindings, RCScanner* scanner) 
     return true;
 }
 
-void RCStatement_Auto::WriteDescription(DataArea* area, int indent) { WriteNameAndValue(area, indent, "auto"); }
+void RCStatement_Auto::WriteDescription(DataArea* area, int indent) { WriteNameAndValue(area, indent, kDesc_Auto); }

@@ -3,21 +3,14 @@
 #include "RCStatement_Fill.h"
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "RCBindings.h"
 #include "RCDescription.h"
+#include "RCDescriptionTrace.h"
 #include "RCExpression.h"
 #include "RCScanner.h"
 
 namespace {
-
-constexpr int kMsg_ExpectedFillSize = 32701;
-constexpr int kMsg_ExpectedRCurly = 32743;
-constexpr int kMsg_ExpectedLCurly = 32761;
-constexpr int kMsg_FillSpecifiersNeedWordOrLong = 32737;
-constexpr int kMsg_FillLargerThanContainer = 32712;
-constexpr int kMsg_NotEnoughFillSpecifiers = 32736;
-constexpr int kMsg_ExpectedCommaOrRCurly = 32721;
-constexpr int kMsg_ExpectedSemicolon = 32756;
 
 // A shift by the whole width of the value gives zero instead of undefined behaviour: a 64-bit
 // part replaces everything the unit held.
@@ -47,7 +40,7 @@ RCStatement* RCStatement_Fill::ParseFill(RCScanner* aScanner) {
 
 bool RCStatement_Fill::ParseFillSpec(RCScanner* scanner, int width, RCNamedList<RCNamedValue>& fillSpecs) {
     if (width != 16 && width != 32 && width != 64) {
-        scanner->Error(kMsg_FillSpecifiersNeedWordOrLong, 0);
+        scanner->Error(kMsg_FillOnlyForWordOrLong, 0);
         return false;
     }
     int remaining = width;
@@ -74,14 +67,7 @@ bool RCStatement_Fill::ParseFillSpec(RCScanner* scanner, int width, RCNamedList<
 
 bool RCStatement_Fill::CreateResource(RCBindings* bindings, RCScanner* scanner) {
     long count = fLengthExpr ? fLengthExpr->Evaluate(scanner, bindings).AsInteger() : 1;
-    if (DescriptionsOn()) {
-        DataArea* trace = bindings->GetDescriptionArea();
-        writeText(trace, "(fill ");
-        writeNumber(trace, static_cast<long>(fWidth));
-        writeText(trace, " (count ");
-        writeNumber(trace, count);
-        writeText(trace, "))");
-    }
+    TraceCount(bindings, count);
     if (!ConsumesInput()) {
         // A unit the bindings refuse, as a double's, has been reported there; the fill still
         // counts as laid.
@@ -134,16 +120,27 @@ bool RCStatement_Fill::ScanParts(RCBindings* bindings, RCScanner* scanner, unsig
     return true;
 }
 
+void RCStatement_Fill::TraceCount(RCBindings* bindings, long count) const {
+    RCTraceScope trace(bindings, kDesc_Fill);
+    DataArea* area = trace.Area();
+    if (!area) return;
+    writeNumber(area, static_cast<long>(fWidth));
+    writeChar(area, ' ');
+    writeHead(area, kDesc_Count);
+    writeNumber(area, count);
+    writeChar(area, ')');
+}
+
 void RCStatement_Fill::WriteDescription(DataArea* area, int indent) {
-    writeText(area, "(fill ");
+    writeHead(area, kDesc_Fill);
     writeNumber(area, static_cast<long>(fWidth));
     if (fLengthExpr) {
         newLineIndent(area, indent + 2);
-        writeExpressionGroup(area, "(count ", fLengthExpr, indent + 4);
+        writeExpressionGroup(area, kDesc_Count, fLengthExpr, indent + 4);
     }
     if (ConsumesInput()) {
         newLineIndent(area, indent + 2);
-        writeText(area, "(fillspec");
+        writeHead(area, kDesc_Fillspec);
         RCListIterator<RCNamedList<RCNamedValue>> specs(fFillSpecs);
         while (RCNamedValue* spec = specs.Next()) {
             writeChar(area, ' ');

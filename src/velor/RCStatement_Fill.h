@@ -23,6 +23,8 @@ public:
     bool ConsumesInput() const override;
 
 private:
+    // "(fill width (count n))": the instance description of any fill.
+    void TraceCount(RCBindings* bindings, long count) const;
     // fill-values: '{' { fill-unit } '}' [ ';' | ',' ]
     bool CreateUnits(RCBindings* bindings, RCScanner* scanner, long count);
     // fill-unit: [ '{' ] number-expression { ',' number-expression } [ '}' ] [ ';' ]

@@ -20,8 +20,8 @@ RCStatement* RCStatement_Label::ParseLabel(RCScanner* scanner, UniqueStruct* lab
 }
 
 bool RCStatement_Label::CreateResource(RCBindings* bindings, RCScanner* scanner) {
-    RCNestingLevel level(scanner);
-    if (!level.Entered()) return false;
+    RCNestingGuard nesting(gTypeNesting);
+    if (!nesting.Deeper(scanner)) return false;
     RCValueCell* aValueCell = bindings->AssignValue_Label(scanner, fLabelName);
     VELOR_ASSERT(aValueCell != 0);
     aValueCell->SetWidth(static_cast<signed char>(LabelWidth()));
@@ -30,7 +30,7 @@ bool RCStatement_Label::CreateResource(RCBindings* bindings, RCScanner* scanner)
 
 void RCStatement_Label::WriteDescription(DataArea* area, int indent) {
     // The label is a marker in front of its statement, not a bracket around it.
-    writeText(area, "(label ");
+    writeHead(area, kDesc_Label);
     writeText(area, nameOf(fLabelName));
     writeChar(area, ')');
     newLineIndent(area, indent);

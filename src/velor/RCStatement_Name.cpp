@@ -3,6 +3,7 @@
 // chooses.
 #include "RCStatement_Name.h"
 
+#include "MsgIds.h"
 #include "RCBindings.h"
 #include "RCDefinition.h"
 #include "RCDescription.h"
@@ -14,15 +15,10 @@
 
 namespace {
 
-constexpr int kMsg_CustomTypeExpected = 32691;
-constexpr int kMsg_ExpectedIdentifier = 32752;
-constexpr int kMsg_ExpectedEquals = 32749;
-constexpr int kMsg_ExpectedRParen = 32745;
-
 // The definition of a type name, or null after the message for an unknown type.
 RCDefinition* lookupType(RCScanner* scanner, UniqueStruct* name) {
     RCDefinition* definition = scanner->GetSymbolTable()->LookupDefinition(name);
-    if (!definition) scanner->Error(kMsg_CustomTypeExpected, 1, nameOf(name));
+    if (!definition) scanner->Error(kMsg_ExpectedCustomTypeName, 1, nameOf(name));
     return definition;
 }
 
@@ -90,9 +86,9 @@ bool RCStatement_Name::CreateResource_SubClass(RCBindings* bindings, RCScanner* 
 }
 
 void RCStatement_Name::WriteDescription(DataArea* area, int indent) {
-    writeText(area, "(type ");
+    writeHead(area, kDesc_Type);
     writeText(area, nameOf(fName));
-    writeNamedExpressions(area, indent + 2, "(args ", fParameters);
+    writeNamedExpressions(area, indent + 2, kDesc_Args, fParameters);
     writeChar(area, ')');
 }
 

@@ -24,10 +24,8 @@ RCNamedExpression* RCStatement_NamedValue::ParseNumericVariable(RCScanner* scann
     return variable && variable->IsNumber(scanner) ? variable.Release() : nullptr;
 }
 
-void RCStatement_NamedValue::WriteNameAndValue(DataArea* area, int indent, char const* word) {
-    writeChar(area, '(');
-    writeText(area, word);
-    writeChar(area, ' ');
+void RCStatement_NamedValue::WriteNameAndValue(DataArea* area, int indent, RCDescriptionKeyword word) {
+    writeHead(area, word);
     writeText(area, nameOf(Name()));
     writeChar(area, ' ');
     Value()->WriteDescription(area, indent + 2);

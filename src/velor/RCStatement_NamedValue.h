@@ -2,6 +2,7 @@
 // a name with an expression. None of them lays bits or reads the value list.
 #pragma once
 
+#include "RCDescription.h"
 #include "RCNamedExpression.h"
 #include "RCPtr.h"
 #include "RCStatement.h"
@@ -28,7 +29,7 @@ protected:
     }
 
     // "(word name expression)".
-    void WriteNameAndValue(DataArea* area, int indent, char const* word);
+    void WriteNameAndValue(DataArea* area, int indent, RCDescriptionKeyword word);
 
     UniqueStruct* Name() const { return fNamedExpression.fName; }
     RCExpression* Value() const { return fNamedExpression.fValue; }

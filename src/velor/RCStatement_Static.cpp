@@ -3,15 +3,10 @@
 #include "RCStatement_Static.h"
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "RCScanner.h"
 #include "RCSymTbl.h"
 #include "UniqueNames.h"
-
-namespace {
-
-constexpr int kMsg_StaticDefinedTwice = 32724;
-
-}  // namespace
 
 RCStatement* RCStatement_Static::ParseStatic(RCScanner* aScanner) {
     VELOR_ASSERT(aScanner->TokenType() == kRCScan_Static);
@@ -20,11 +15,11 @@ RCStatement* RCStatement_Static::ParseStatic(RCScanner* aScanner) {
     // One name is one static, across all types of the file.
     RCSymbolTable* symbols = aScanner->GetSymbolTable();
     if (symbols->LookupStatic(variable->fName)) {
-        aScanner->Error(kMsg_StaticDefinedTwice, 1, nameOf(variable->fName));
+        aScanner->Error(kMsg_PreviouslyStatic, 1, nameOf(variable->fName));
         return nullptr;
     }
     symbols->AddStatic(variable->fName, RCNumber(EvalNumber(variable->fValue, aScanner)));
     return MakeFrom<RCStatement_Static>(variable.Release());
 }
 
-void RCStatement_Static::WriteDescription(DataArea* area, int indent) { WriteNameAndValue(area, indent, "static"); }
+void RCStatement_Static::WriteDescription(DataArea* area, int indent) { WriteNameAndValue(area, indent, kDesc_Static); }

@@ -3,23 +3,13 @@
 #include "RCStatement_Switch.h"
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "RCBindings.h"
 #include "RCDescription.h"
+#include "RCDescriptionTrace.h"
 #include "RCPtr.h"
 #include "RCScanner.h"
 #include "UniqueNames.h"
-
-namespace {
-
-constexpr int kMsg_ExpectedLCurly = 32761;
-constexpr int kMsg_ExpectedRCurly = 32743;
-constexpr int kMsg_ExpectedCase = 32732;
-constexpr int kMsg_ExpectedIdentifier = 32752;
-constexpr int kMsg_ExpectedColon = 32748;
-constexpr int kMsg_NoCaseInSwitch = 32728;
-constexpr int kMsg_NoMatchingCase = 32719;
-
-}  // namespace
 
 RCNamedStatementList::RCNamedStatementList(RCNamedStatementList& source) : RCNamedList(source) {}
 
@@ -39,7 +29,7 @@ RCStatement* RCStatement_Switch::ParseSwitch(RCScanner* aScanner) {
     // This separator comes on top of the statement's terminator.
     ScanValueSeparator(aScanner);
     if (!cases.First()) {
-        aScanner->Error(kMsg_NoCaseInSwitch, 0);
+        aScanner->Error(kMsg_NoCasesInSwitch, 0);
         return nullptr;
     }
     return new RCStatement_Switch(cases);
@@ -59,8 +49,8 @@ bool RCStatement_Switch::ParseCases(RCScanner* scanner, RCNamedStatementList& ca
 }
 
 bool RCStatement_Switch::CreateResource(RCBindings* bindings, RCScanner* scanner) {
-    RCNestingLevel level(scanner);
-    if (!level.Entered()) return false;
+    RCNestingGuard nesting(gTypeNesting);
+    if (!nesting.Deeper(scanner)) return false;
     UniqueStruct* name = scanner->ScanName(kMsg_ExpectedIdentifier);
     if (!name || !scanner->Scan(kPPScan_LCurly, kMsg_ExpectedLCurly)) return false;
     RCNamedStatementListItem* chosen = fCases.Lookup(name);
@@ -77,24 +67,24 @@ bool RCStatement_Switch::CreateResource(RCBindings* bindings, RCScanner* scanner
 }
 
 bool RCStatement_Switch::CreateCase(RCBindings* bindings, RCScanner* scanner, RCNamedStatementListItem* chosen) {
-    if (!DescriptionsOn()) return chosen->fValue->CreateResource(bindings, scanner);
-    // Only the chosen case is traced, on the line of the switch.
-    DataArea* trace = bindings->GetDescriptionArea();
-    writeText(trace, "(switch (case ");
-    writeText(trace, nameOf(chosen->Name()));
-    newLineIndent(trace, bindings->IncrementDescriptionIndent(2));
+    // Only the chosen case is traced, on the line of the switch and one step deeper than it.
+    RCTraceScope trace(bindings, kDesc_Switch);
+    if (trace.Area()) {
+        writeHead(trace.Area(), kDesc_Case);
+        writeText(trace.Area(), nameOf(chosen->Name()));
+    }
+    trace.NewLine();
     bool created = chosen->fValue->CreateResource(bindings, scanner);
-    bindings->IncrementDescriptionIndent(-2);
-    writeText(trace, "))");
+    if (trace.Area()) writeChar(trace.Area(), ')');
     return created;
 }
 
 void RCStatement_Switch::WriteDescription(DataArea* area, int indent) {
-    writeText(area, "(switch ");
+    writeHead(area, kDesc_Switch);
     RCListIterator<RCNamedStatementList> cases(fCases);
     while (RCNamedStatementListItem* item = cases.Next()) {
         newLineIndent(area, indent + 2);
-        writeText(area, "(case ");
+        writeHead(area, kDesc_Case);
         writeText(area, nameOf(item->Name()));
         newLineIndent(area, indent + 4);
         item->fValue->WriteDescription(area, indent + 4);
