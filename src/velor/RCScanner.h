@@ -103,7 +103,7 @@ public:
     bool ScanUntil(int token);
     bool ScanUntil(int token, int errorId);
 
-    // Conversion of the current literal token.
+    // Conversion of the current literal token; defined in RCLiteral.cpp.
     long EvalNumber() const;
     double EvalRealNumber() const;
     long EvalChar(bool wide);
