@@ -1,3 +1,4 @@
+// The `type` statement's result: a named type, and the walk that lays out its instances.
 #pragma once
 
 #include "RCDescription.h"

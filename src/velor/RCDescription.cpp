@@ -1,3 +1,5 @@
+// The description writers and the keyword table; descriptions become resources here.
+
 #include "RCDescription.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// The descriptions of types and instances: S-expression text for the description walker.
 #pragma once
 
 #include "RCNamedValue.h"

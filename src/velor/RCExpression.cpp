@@ -1,3 +1,6 @@
+// Expression trees: the precedence-climbing parser, reduction against one resource's bindings,
+// evaluation, and the description of each node.
+
 #include "RCExpression.h"
 
 #include <cstring>

@@ -1,3 +1,5 @@
+// Parsing of "name [= expression]" entries, shared by symbolic values and named parameters.
+
 #include "RCNamedExpression.h"
 
 #include "MsgIds.h"

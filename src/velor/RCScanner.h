@@ -1,3 +1,5 @@
+// The scanner of the resource language: the preprocessor's tokens with keywords, literal values,
+// files and the position of every message. The one token source the parsers use.
 #pragma once
 
 #include "PPCPP.h"

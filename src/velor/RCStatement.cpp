@@ -1,3 +1,5 @@
+// The base of statement trees, statement lists and the shared parse helpers of type bodies.
+
 #include "RCStatement.h"
 
 #include <new>

@@ -1,3 +1,6 @@
+// Number fields: integer and float fields with a constant value, symbolic values, or one read
+// from the value list.
+
 #include "RCStatement_Number.h"
 
 #include "Assertion.h"
