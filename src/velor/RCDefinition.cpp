@@ -64,6 +64,7 @@ RCDefinition::RCDefinition(UniqueStruct* name, RCDefinition* super, RCDefinition
 
 RCDefinition::~RCDefinition() { delete fBody; }
 
+// definition = "type" name [ "(" resource-type ")" ] [ ":" base ] compound
 void RCDefinition::ParseDefinition(RCScanner* aScanner) {
     VELOR_ASSERT(aScanner->TokenType() == kRCScan_Type);
     aScanner->NextToken();
@@ -94,6 +95,7 @@ void RCDefinition::ParseDefinition(RCScanner* aScanner) {
     symbols->AddDefinition(name, definition);
 }
 
+// resource-type = expression ")"; entered behind the "(".
 bool RCDefinition::ParseResourceType(RCScanner* scanner, unsigned long& resType, bool& hasResType) {
     RCPtr<RCExpression> type(ScanNumber(scanner));
     if (!type) {
@@ -105,6 +107,7 @@ bool RCDefinition::ParseResourceType(RCScanner* scanner, unsigned long& resType,
     return hasResType;
 }
 
+// base = type-name [ "(" class-parameters ]; entered behind the ":".
 bool RCDefinition::ParseBase(RCScanner* scanner, RCDefinition*& super, RCNamedList<RCNamedValue>& parameters) {
     UniqueStruct* superName = scanner->ScanName(kMsg_ExpectedIdentifier);
     if (!superName) return false;
@@ -116,6 +119,7 @@ bool RCDefinition::ParseBase(RCScanner* scanner, RCDefinition*& super, RCNamedLi
     return !scanner->Scan(kPPScan_LParen) || ParseClassParameters(scanner, parameters);
 }
 
+// class-parameters = [ name "=" expression { "," name "=" expression } ] ")"
 bool RCDefinition::ParseClassParameters(RCScanner* scanner, RCNamedList<RCNamedValue>& parameters) {
     if (scanner->Scan(kPPScan_RParen)) return true;
     do {

@@ -63,6 +63,7 @@ unsigned long FlagOfName(char const* name) {
     return 0;
 }
 
+// resource-kind = type-name | expression
 UniqueStruct* ParseResourceKind(RCScanner* scanner) {
     if (UniqueStruct* name = scanner->PeekName()) {
         scanner->NextToken();
@@ -79,6 +80,7 @@ UniqueStruct* ParseResourceKind(RCScanner* scanner) {
     return uniqueOf(name);
 }
 
+// resource-options = { ( "," | "|" ) option-name }
 // Options follow the id, each behind ',' or '|'; the loop ends at the first separator that is not
 // followed by a word, which lets the name's string stand behind either separator.
 bool ParseResourceOptions(RCScanner* scanner, unsigned long& flags) {
@@ -97,6 +99,7 @@ bool ParseResourceOptions(RCScanner* scanner, unsigned long& flags) {
     return true;
 }
 
+// resource-name = [ string ]
 bool ParseResourceName(RCScanner* scanner, RCByteString& name) {
     if (scanner->TokenType() != kPPScan_String) return true;
     RCPtr<RCExpression> text(RCStatement::ScanString(scanner));
@@ -110,6 +113,7 @@ bool ParseResourceName(RCScanner* scanner, RCByteString& name) {
 
 }  // namespace
 
+// resource-head = resource-kind "(" expression resource-options [ "," | "|" ] resource-name ")"
 bool ParseResourceHead(RCScanner* scanner, RCResourceHead& head) {
     head.typeName = ParseResourceKind(scanner);
     if (!head.typeName) return false;

@@ -15,7 +15,6 @@
 
 namespace {
 
-
 // The width of the field that the keyword opens; bitstring's width is read separately.
 short WidthOfKeyword(int token) {
     switch (token) {
@@ -42,6 +41,8 @@ RCStatement_Number::RCStatement_Number(short width, bool isInteger, RCExpression
 RCStatement_Number::RCStatement_Number(short width, bool isInteger, RCNamedList<RCNamedValue>& values)
     : fValues(values), fWidth(width), fIsInteger(isInteger) {}
 
+// number-field = ( "bitstring" "[" length | "boolean" | "byte" | "integer" | "longint" | "single"
+//                | "float" | "double" ) [ "=" expression | symbolic-values ]
 RCStatement* RCStatement_Number::ParseNumber(RCScanner* scanner, bool isInteger) {
     int keyword = scanner->TokenType();
     scanner->NextToken();
@@ -68,6 +69,7 @@ RCStatement* RCStatement_Number::ParseNumber(RCScanner* scanner, bool isInteger)
     return new RCStatement_Number(width, isInteger);
 }
 
+// symbolic-values = named-value { "," named-value }
 bool RCStatement_Number::ParseSymbolicValues(RCScanner* scanner, RCNamedList<RCNamedValue>& values) {
     // Values must be known now: the scratch bindings have no resource to refer to.
     RCBindings scratch(scanner->GetSymbolTable(), nullptr, 0, 0);
