@@ -29,6 +29,7 @@ enum RCDescriptionKeyword : int {
     kDesc_Arrayref,
     kDesc_CountOf,
     kDesc_ArrayIndex,
+    kDesc_KeywordCount
 };
 
 char const* descriptionWord(RCDescriptionKeyword keyword);
