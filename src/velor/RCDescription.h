@@ -1,3 +1,4 @@
+// The descriptions of types and instances: S-expression text for the description walker.
 #pragma once
 
 #include "RCNamedExpression.h"
@@ -43,6 +44,7 @@ enum RCDescriptionKeyword : int {
     kDesc_Static,
     kDesc_Auto,
     kDesc_Set,
+    kDesc_KeywordCount
 };
 
 char const* descriptionWord(RCDescriptionKeyword keyword);

@@ -1,3 +1,5 @@
+// The base of statement trees, statement lists and the shared parse helpers of type bodies.
+
 #include "RCStatement.h"
 
 #include <new>
@@ -29,8 +31,7 @@ RCStatement* ExpectTerminator(RCScanner* scanner, RCStatement* statement) {
     return owned.Release();
 }
 
-// identifier ':' statement
-// identifier [ '(' parameter-value { ',' parameter-value } ')' ] terminator
+// named-statement = name ":" labelled | named-field ( ";" | before "}" )
 // A name opens a label or a field of a named type; a label brings its statement's terminator.
 RCStatement* ParseNamedStatement(RCScanner* scanner) {
     UniqueStruct* name = scanner->ScanName(kMsg_ExpectedIdentifier);
@@ -65,6 +66,7 @@ bool RCStatement::CreateResource_File(RCBindings* bindings, RCScanner* scanner, 
 
 char RCStatement::LabelWidth() { return 0; }
 
+// statement = [ "unsigned" ] [ radix ] [ "wide" ] ( named-statement | field ( ";" | before "}" ) )
 RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {
     RCNestingGuard nesting(gTypeNesting);
     if (!nesting.Deeper(scanner)) return nullptr;
@@ -84,6 +86,7 @@ RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {
     return statement ? ExpectTerminator(scanner, statement) : nullptr;
 }
 
+// compound = "{" statement-list "}"
 RCStatement* RCStatement::ParseCompound(RCScanner* aScanner) {
     VELOR_ASSERT(aScanner->TokenType() == kPPScan_LCurly);
     aScanner->NextToken();
@@ -123,6 +126,7 @@ RCExpression* RCStatement::ScanString(RCScanner* scanner) {
     return ScanExpression(scanner, &RCExpression::IsString, kMsg_ExpectedString);
 }
 
+// length = expression "]"
 RCExpression* RCStatement::ScanLength(RCScanner* scanner) {
     RCExpression* length = ScanNumber(scanner);
     scanner->ScanUntil(kPPScan_RBrace, kMsg_ExpectedRBracket);
@@ -237,6 +241,7 @@ bool RCStatement_Compound::CreateResource(RCBindings* bindings, RCScanner* scann
 
 void RCStatement_Compound::WriteDescription(DataArea* area, int indent) { WriteProg(area, indent); }
 
+// statement-list = nothing | [ "key" ] statement { [ "key" ] statement }, up to "}" or "case"
 bool RCStatement_Compound::ParseCompound(RCScanner* scanner, RCStatementList& statements) {
     if (scanner->TokenType() == kPPScan_RCurly) {
         statements.Append(new RCStatement_Null);

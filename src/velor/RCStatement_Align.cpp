@@ -10,6 +10,7 @@
 
 RCStatement_Align::RCStatement_Align(int width) : fWidth(width) {}
 
+// align = "align" size-keyword
 RCStatement* RCStatement_Align::ParseAlign(RCScanner* aScanner) {
     VELOR_ASSERT(aScanner->TokenType() == kRCScan_Align);
     aScanner->NextToken();

@@ -8,7 +8,6 @@ class RCStatement_Align : public RCStatement {
 public:
     explicit RCStatement_Align(int width);
 
-    // align-statement: 'align' size-keyword
     static RCStatement* ParseAlign(RCScanner* aScanner);
 
     bool CreateResource(RCBindings* bindings, RCScanner* scanner) override;

@@ -25,6 +25,7 @@ RCStatement_Array::RCStatement_Array(RCExpression* length, RCStatementList& stat
 RCStatement_Array::RCStatement_Array(RCStatementList& statements)
     : RCStatement_Multiple(statements), fArrayName(nullptr) {}
 
+// array = "array" [ "[" expression "]" | name ] "{" statement-list "}"
 RCStatement* RCStatement_Array::ParseArray(RCScanner* aScanner) {
     VELOR_ASSERT(aScanner->TokenType() == kRCScan_Array);
     aScanner->NextToken();
@@ -48,6 +49,7 @@ RCStatement* RCStatement_Array::ParseArray(RCScanner* aScanner) {
     return new RCStatement_Array(statements);
 }
 
+// array-value = "{" { element [ ";" | "," ] } "}" [ ";" | "," ]
 bool RCStatement_Array::CreateResource(RCBindings* bindings, RCScanner* scanner) {
     RCNestingGuard nesting(gTypeNesting);
     if (!nesting.Deeper(scanner) || !scanner->Scan(kPPScan_LCurly, kMsg_ExpectedLCurly)) return false;

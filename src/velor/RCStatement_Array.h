@@ -14,10 +14,8 @@ public:
     RCStatement_Array(RCExpression* length, RCStatementList& statements);
     explicit RCStatement_Array(RCStatementList& statements);
 
-    // array-statement: 'array' [ '[' number-expression ']' | identifier ] '{' statement-list '}'
     static RCStatement* ParseArray(RCScanner* aScanner);
 
-    // array-value: '{' { element [ ';' | ',' ] } '}' [ ';' | ',' ]
     bool CreateResource(RCBindings* bindings, RCScanner* scanner) override;
     void WriteDescription(DataArea* area, int indent) override;
 

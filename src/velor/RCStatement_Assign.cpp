@@ -6,6 +6,7 @@
 #include "RCBindings.h"
 #include "RCScanner.h"
 
+// set = "set" name "=" expression
 RCStatement* RCStatement_Assign::ParseAssign(RCScanner* aScanner) {
     VELOR_ASSERT(aScanner->TokenType() == kRCScan_Set);
     RCNamedExpression* variable = ParseNumericVariable(aScanner);

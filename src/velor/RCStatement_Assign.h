@@ -8,7 +8,6 @@ class RCStatement_Assign : public RCStatement_NamedValue {
 public:
     using RCStatement_NamedValue::RCStatement_NamedValue;
 
-    // set-statement: 'set' identifier '=' number-expression
     static RCStatement* ParseAssign(RCScanner* aScanner);
 
     bool CreateResource(RCBindings* bindings, RCScanner* scanner) override;

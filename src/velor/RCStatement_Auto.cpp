@@ -5,6 +5,7 @@
 #include "RCBindings.h"
 #include "RCScanner.h"
 
+// auto = "auto" name "=" expression
 RCStatement* RCStatement_Auto::ParseAuto(RCScanner* aScanner) {
     VELOR_ASSERT(aScanner->TokenType() == kRCScan_Auto);
     RCNamedExpression* variable = ParseNumericVariable(aScanner);

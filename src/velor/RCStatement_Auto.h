@@ -8,7 +8,6 @@ class RCStatement_Auto : public RCStatement_NamedValue {
 public:
     using RCStatement_NamedValue::RCStatement_NamedValue;
 
-    // auto-statement: 'auto' identifier '=' number-expression
     static RCStatement* ParseAuto(RCScanner* aScanner);
 
     bool CreateResource(RCBindings* bindings, RCScanner* scanner) override;

@@ -21,6 +21,7 @@ unsigned long shiftedLeft(unsigned long value, long width) { return width >= 64 
 RCStatement_Fill::RCStatement_Fill(int width, RCExpression* count, RCNamedList<RCNamedValue>& fillSpecs)
     : fFillSpecs(fillSpecs), fLengthExpr(count), fWidth(width) {}
 
+// fill = "fill" size-keyword [ "[" expression "]" ] [ "{" fill-specifiers "}" ]
 RCStatement* RCStatement_Fill::ParseFill(RCScanner* aScanner) {
     VELOR_ASSERT(aScanner->TokenType() == kRCScan_Fill);
     aScanner->NextToken();
@@ -38,6 +39,7 @@ RCStatement* RCStatement_Fill::ParseFill(RCScanner* aScanner) {
     return new RCStatement_Fill(width, count.Release(), fillSpecs);
 }
 
+// fill-specifiers = size-keyword { [ ";" | "," ] size-keyword } [ ";" | "," ], up to the "}"
 bool RCStatement_Fill::ParseFillSpec(RCScanner* scanner, int width, RCNamedList<RCNamedValue>& fillSpecs) {
     if (width != 16 && width != 32 && width != 64) {
         scanner->Error(kMsg_FillOnlyForWordOrLong, 0);
@@ -81,6 +83,7 @@ bool RCStatement_Fill::CreateResource(RCBindings* bindings, RCScanner* scanner) 
     return closed;
 }
 
+// fill-values = { fill-unit } "}", entered behind the "{"; after success the "}" is still to come
 bool RCStatement_Fill::CreateUnits(RCBindings* bindings, RCScanner* scanner, long count) {
     while (count-- > 0) {
         if (!CreateUnit(bindings, scanner, count > 0)) {
@@ -91,6 +94,7 @@ bool RCStatement_Fill::CreateUnits(RCBindings* bindings, RCScanner* scanner, lon
     return true;
 }
 
+// fill-unit = [ "{" ] expression { "," expression } [ "}" ] [ ";" ]
 bool RCStatement_Fill::CreateUnit(RCBindings* bindings, RCScanner* scanner, bool unitsRemain) {
     bool inBraces = scanner->Scan(kPPScan_LCurly);
     unsigned long unit = 0;

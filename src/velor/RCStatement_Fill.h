@@ -12,9 +12,7 @@ public:
     // Takes the expression and the specifiers' items.
     RCStatement_Fill(int width, RCExpression* count, RCNamedList<RCNamedValue>& fillSpecs);
 
-    // fill-statement: 'fill' size-keyword [ '[' number-expression ']' ] [ '{' fill-specifiers '}' ]
     static RCStatement* ParseFill(RCScanner* aScanner);
-    // fill-specifiers: size-keyword { [ ';' | ',' ] size-keyword } [ ';' | ',' ]
     // The parts must add up to the unit exactly. Ends in front of the '}'.
     static bool ParseFillSpec(RCScanner* scanner, int width, RCNamedList<RCNamedValue>& fillSpecs);
 
@@ -25,9 +23,9 @@ public:
 private:
     // "(fill width (count n))": the instance description of any fill.
     void TraceCount(RCBindings* bindings, long count) const;
-    // fill-values: '{' { fill-unit } '}' [ ';' | ',' ]
+    // The units of the value list; after a failure the rest is skipped up to the fill's brace.
     bool CreateUnits(RCBindings* bindings, RCScanner* scanner, long count);
-    // fill-unit: [ '{' ] number-expression { ',' number-expression } [ '}' ] [ ';' ]
+    // One unit, and the ';' that must follow it unless it is the last.
     bool CreateUnit(RCBindings* bindings, RCScanner* scanner, bool unitsRemain);
     // One value per specifier, packed into the accumulator; false after a message.
     bool ScanParts(RCBindings* bindings, RCScanner* scanner, unsigned long& unit);

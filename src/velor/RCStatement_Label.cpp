@@ -12,6 +12,7 @@
 RCStatement_Label::RCStatement_Label(UniqueStruct* labelName, RCStatement* labelled)
     : fLabelName(labelName), fLabelled(labelled) {}
 
+// labelled = name ":" ( statement | before "}" or ";" ), entered behind the ":"
 RCStatement* RCStatement_Label::ParseLabel(RCScanner* scanner, UniqueStruct* labelName) {
     int token = scanner->TokenType();
     RCStatement* labelled = token == kPPScan_RCurly || token == kPPScan_Semicolon ? new RCStatement_Null

@@ -10,7 +10,6 @@ public:
     // Takes the labelled statement.
     RCStatement_Label(UniqueStruct* labelName, RCStatement* labelled);
 
-    // labelled-statement: identifier ':' statement | identifier ':' (before '}' or ';')
     // Entered behind the ':'. A label before '}' or ';' stands on a null statement, and the token
     // is left for the list.
     static RCStatement* ParseLabel(RCScanner* scanner, UniqueStruct* labelName);

@@ -27,6 +27,7 @@ RCDefinition* lookupType(RCScanner* scanner, UniqueStruct* name) {
 RCStatement_Name::RCStatement_Name(UniqueStruct* name, RCDefinition* definition)
     : fName(name), fDefinition(definition) {}
 
+// named-field = type-name [ "(" parameter { "," parameter } ")" ], entered behind the name
 RCStatement* RCStatement_Name::ParseName(RCScanner* scanner, UniqueStruct* name) {
     RCDefinition* definition = lookupType(scanner, name);
     if (!definition) return nullptr;
@@ -35,6 +36,7 @@ RCStatement* RCStatement_Name::ParseName(RCScanner* scanner, UniqueStruct* name)
     return field.Release();
 }
 
+// parameters = parameter { "," parameter } ")", entered behind the "("
 bool RCStatement_Name::ParseParameters(RCScanner* scanner) {
     do {
         if (!ParseParameter(scanner)) {
@@ -45,6 +47,7 @@ bool RCStatement_Name::ParseParameters(RCScanner* scanner) {
     return scanner->ScanUntil(kPPScan_RParen, kMsg_ExpectedRParen);
 }
 
+// parameter = name "=" expression
 bool RCStatement_Name::ParseParameter(RCScanner* scanner) {
     UniqueStruct* name = scanner->ScanName(kMsg_ExpectedIdentifier);
     if (!name || !scanner->Scan(kPPScan_Assign, kMsg_ExpectedEquals)) return false;
@@ -54,6 +57,7 @@ bool RCStatement_Name::ParseParameter(RCScanner* scanner) {
     return true;
 }
 
+// named-value = ( type-name "(" values ")" | "{" values "}" | values ) [ ";" | "," ]
 bool RCStatement_Name::CreateResource(RCBindings* bindings, RCScanner* scanner) {
     RCNamedList<RCNamedValue> values;
     RCListIterator<RCNamedExpressionList> parameters(fParameters);

@@ -13,12 +13,9 @@ class RCStatement_Name : public RCStatement {
 public:
     RCStatement_Name(UniqueStruct* name, RCDefinition* definition);
 
-    // named-field: identifier [ '(' parameter-value { ',' parameter-value } ')' ]
-    // parameter-value: identifier '=' number-expression
     // Entered behind the name. The type must be defined already, so no type contains itself.
     static RCStatement* ParseName(RCScanner* scanner, UniqueStruct* name);
 
-    // named-value: identifier '(' values ')' | '{' values '}' | values, then [ ';' | ',' ]
     bool CreateResource(RCBindings* bindings, RCScanner* scanner) override;
     // A value list that opens with a type name: an instance of that type if it derives from the
     // declared one, otherwise an instance of the declared type that starts at the name.
@@ -29,8 +26,8 @@ public:
 private:
     // Reads the parameters behind the '(' through the ')'; false after a message.
     bool ParseParameters(RCScanner* scanner);
-    // parameter-value: identifier '=' number-expression
     bool ParseParameter(RCScanner* scanner);
+    // The instance that the value list's first token calls for.
     bool CreateInstance(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>* values);
 
     UniqueStruct* fName;

@@ -8,6 +8,7 @@
 #include "RCSymTbl.h"
 #include "UniqueNames.h"
 
+// static = "static" name "=" expression
 RCStatement* RCStatement_Static::ParseStatic(RCScanner* aScanner) {
     VELOR_ASSERT(aScanner->TokenType() == kRCScan_Static);
     RCPtr<RCNamedExpression> variable(ParseVariable(aScanner));

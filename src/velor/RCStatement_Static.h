@@ -8,7 +8,6 @@ class RCStatement_Static : public RCStatement_NamedValue {
 public:
     using RCStatement_NamedValue::RCStatement_NamedValue;
 
-    // static-statement: 'static' identifier '=' expression
     static RCStatement* ParseStatic(RCScanner* aScanner);
 
     void WriteDescription(DataArea* area, int indent) override;

@@ -17,6 +17,7 @@ RCNamedStatementList::~RCNamedStatementList() { release(*this); }
 
 RCStatement_Switch::RCStatement_Switch(RCNamedStatementList& cases) : fCases(cases) {}
 
+// switch = "switch" "{" cases [ ";" | "," ]
 RCStatement* RCStatement_Switch::ParseSwitch(RCScanner* aScanner) {
     VELOR_ASSERT(aScanner->TokenType() == kRCScan_Switch);
     aScanner->NextToken();
@@ -35,6 +36,7 @@ RCStatement* RCStatement_Switch::ParseSwitch(RCScanner* aScanner) {
     return new RCStatement_Switch(cases);
 }
 
+// cases = { "case" name ":" statement-list } "}"
 bool RCStatement_Switch::ParseCases(RCScanner* scanner, RCNamedStatementList& cases) {
     while (!scanner->Scan(kPPScan_RCurly)) {
         if (!scanner->Scan(kRCScan_Case, kMsg_ExpectedCase)) return false;
@@ -48,6 +50,7 @@ bool RCStatement_Switch::ParseCases(RCScanner* scanner, RCNamedStatementList& ca
     return true;
 }
 
+// switch-value = name "{" case-values "}" [ ";" | "," ]
 bool RCStatement_Switch::CreateResource(RCBindings* bindings, RCScanner* scanner) {
     RCNestingGuard nesting(gTypeNesting);
     if (!nesting.Deeper(scanner)) return false;

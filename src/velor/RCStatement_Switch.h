@@ -21,10 +21,8 @@ public:
     // Takes the list.
     explicit RCStatement_Switch(RCNamedStatementList& cases);
 
-    // switch-statement: 'switch' '{' { 'case' identifier ':' statement-list } '}' [ ';' | ',' ]
     static RCStatement* ParseSwitch(RCScanner* aScanner);
 
-    // switch-value: identifier '{' case-values '}' [ ';' | ',' ]
     bool CreateResource(RCBindings* bindings, RCScanner* scanner) override;
     void WriteDescription(DataArea* area, int indent) override;
     bool ConsumesInput() const override;
