@@ -7,7 +7,6 @@
 #include "RCBindings.h"
 #include "RCDescription.h"
 #include "RCDescriptionTrace.h"
-#include "RCPtr.h"
 #include "RCScanner.h"
 #include "UniqueNames.h"
 
