@@ -302,6 +302,7 @@ std::vector<PP_CExpansionText> PP_CPPHelper::GetMacroActuals(PP_CScanner* scanne
             for (auto& actual : actuals)
                 actual.Detach();
             out.Detach();
+            blank = oneBlank;
             fPP->PopInput();
             continue;
         }
