@@ -15,7 +15,7 @@ fi
 
 if [ "${VELOR_FUZZ:-0}" = 1 ]; then
   command -v clang++ >/dev/null || missing+=(clang)
-  compgen -G '/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-x86_64.a' >/dev/null ||
+  compgen -G '/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a' >/dev/null ||
     missing+=(libclang-rt-dev)
 fi
 
