@@ -1,3 +1,6 @@
+// Expansion texts and their builder: views that share heap buffers by reference count, and a
+// builder that keeps a view while the pieces run on in the same memory.
+
 #include "PPExpansion.h"
 
 #include <utility>

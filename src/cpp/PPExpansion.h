@@ -1,3 +1,11 @@
+// The texts that macro expansion passes between its levels, and the builder that makes them.
+//
+// A text either views memory that outlives the whole expansion (an input's text, a macro body),
+// or views a heap buffer that it shares with every other text made from part of it; the buffer
+// goes with the last of them. So a nest of calls holds only the texts still in use, and a level
+// whose result is, byte for byte, a stretch of the text it was given passes that stretch on
+// without a copy: an argument of a call inside an argument is a view of the outer one.
+
 #ifndef PPEXPANSION_H
 #define PPEXPANSION_H
 
@@ -6,13 +14,7 @@
 
 #include "PPText.h"
 
-// The texts that macro expansion passes between its levels, and the builder that makes them.
-//
-// A text either views memory that outlives the whole expansion (an input's text, a macro body),
-// or views a heap buffer that it shares with every other text made from part of it; the buffer
-// goes with the last of them. So a nest of calls holds only the texts still in use, and a level
-// whose result is, byte for byte, a stretch of the text it was given passes that stretch on
-// without a copy: an argument of a call inside an argument is a view of the outer one.
+// One text of an expansion: a view, with the shared buffer it lies in when it is not stable.
 class PP_CExpansionText {
 public:
     PP_CExpansionText() = default;

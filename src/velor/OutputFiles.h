@@ -1,14 +1,13 @@
-#pragma once
-
-#include <cstddef>
-#include <string>
-
 // The file calls of the output, made safe against links, concurrent runs and killed runs.
 //
 // Nothing here follows a link at the last component of a path it writes: a link planted in the
 // output tree makes the write fail instead of redirecting it outside. Replacing a file goes
 // through a temporary beside it and a rename, so that a reader sees the old or the new contents
 // and never an empty file. The lock makes runs into one folder take turns.
+#pragma once
+
+#include <cstddef>
+#include <string>
 
 // Creates or empties path and writes bytes to it. Fails on a link at path.
 bool WriteFileNoFollow(std::string const& path, char const* bytes, size_t length);
