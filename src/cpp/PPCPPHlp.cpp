@@ -264,6 +264,7 @@ void PP_CPPHelper::PasteActual(PP_CExpansionBuilder& out, PP_CExpansionText cons
     out.Add(actual.Piece(rest));
 }
 
+// macro-arguments = "(" [ argument { "," argument } ] ")", an argument being balanced text
 // Reads the arguments of a call, the scanner standing on its '('. Each argument loses its
 // leading and trailing space, and each inner run of space becomes one blank. Directives are
 // not recognised here: a '#' is plain text. An argument written with single blanks between its
@@ -387,6 +388,8 @@ char* PP_CPPHelper::CopyToScratch(PP_CTextReader text) {
     return fScratch.GetStart();
 }
 
+// define-line = "#define" name [ macro-formals ] replacement-text end-of-line, the formals only
+// where a "(" follows the name with no blank between
 void PP_CPPHelper::DoDefine() {
     SkipCommentsToEOL();
     if (!isident(CookedPeekChar())) {
@@ -505,6 +508,7 @@ void PP_CPPHelper::DefineFunctionMacro(PP_MacroBody* body) {
     SkipTokensAndEOL();
 }
 
+// macro-formals = "(" [ name { "," name } [ "," ] ] ")"
 // The scanner stands on the '('. A trailing comma is accepted and stays in the list.
 int PP_CPPHelper::ReadMacroFormals(char** formals, short* count) {
     SkipChar();
@@ -609,6 +613,7 @@ int PP_CPPHelper::ReadMacroText(char const* formals, char** text) {
     return afterHash ? kPPErr_StringizeWithoutParameter : kPPErr_None;
 }
 
+// undef-line = "#undef" name end-of-line
 void PP_CPPHelper::DoUndef() {
     SkipCommentsToEOL();
     if (isident(CookedPeekChar())) {
