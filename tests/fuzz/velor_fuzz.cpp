@@ -6,10 +6,11 @@
 // first run; each run then takes the steps of the tool's Main with a fresh tool object, and the
 // message counts are reset in between.
 //
-// Three assertion stops are the defined outcome of certain texts (a '#' before a non-parameter in
-// a macro body, an array label where no type instance exists, $$ArrayIndex outside its array).
-// This target supplies the assertion handler: those three unwind back here, and any other stop
-// still aborts, which libFuzzer reports as a finding.
+// Four assertion stops are the defined outcome of certain texts: a '#' before a non-parameter in
+// a macro body, a control byte in a macro body that reads as a parameter the macro lacks, an array
+// label where no type instance exists, and $$ArrayIndex outside its array. This target supplies
+// the assertion handler: those unwind back here, and any other stop still aborts, which libFuzzer
+// reports as a finding.
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -30,7 +31,8 @@ namespace {
 struct DefinedStop {};
 
 bool IsDefinedStop(char const* condition) {
-    for (char const* defined : {"*textPtr == kPP_MacroParam", "fDef != 0", "aScanner != 0"})
+    for (char const* defined :
+         {"*textPtr == kPP_MacroParam", "formalIndex < aMacroBody->fParamCount", "fDef != 0", "aScanner != 0"})
         if (std::strcmp(condition, defined) == 0) return true;
     return false;
 }
