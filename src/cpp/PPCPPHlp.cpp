@@ -1,5 +1,5 @@
 // #define, #undef and macro expansion. A body is prepared once into text with control bytes for
-// its parameters, and a call is expanded text to text into temp memory.
+// its parameters, and a call is expanded text to text; only the finished text goes to temp memory.
 
 #include "PPCPPHlp.h"
 
