@@ -1,3 +1,5 @@
+// Arrays and switches through whole compilations: where the scanner stands after a failure, counts
+// evaluated against earlier fields, nesting per element and up to the limit, and their traces.
 #include "RCTestCompilation.h"
 #include "RCTestScanner.h"
 

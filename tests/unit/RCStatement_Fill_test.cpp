@@ -1,3 +1,5 @@
+// Fill and alignment: the fill value rule, the size keywords, 64-bit parts, and recovery from a
+// failed fill unit.
 #include <climits>
 
 #include "RCStatement.h"

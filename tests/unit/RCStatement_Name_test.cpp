@@ -1,3 +1,5 @@
+// Labels, named-type fields and variables: forward labels, label widths under class parameters,
+// chosen subtypes and statics entered at parse time.
 #include "RCTestCompilation.h"
 
 namespace {
