@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "DependencyRecord.h"
 #include "IncDir.h"
 #include "Msgs.h"
 #include "Options.h"
@@ -55,6 +56,7 @@ AnsiCPPTool::AnsiCPPTool() {
 }
 
 AnsiCPPTool::~AnsiCPPTool() {
+    gDependencies = nullptr;
     delete gOptions;
     gOptions = nullptr;
     delete gSearchPath;
@@ -71,9 +73,28 @@ void AnsiCPPTool::Main(int argc, char** argv, char** envp) {
     ProcessCommandLine(argc, argv, envp);
     Msgs::ErrorCheck();
     if ((Msgs::GetMask() & Msgs::kProgress) != 0) ShowVersion();
+    StartDependencyRecord();
     Run();
+    FinishDependencyRecord();
     Msgs::Display(Msgs::kProgress, "\n");
     Msgs::Exit(0);
+}
+
+// Build systems ask for the list of files read through the environment, as they do of C compilers.
+void AnsiCPPTool::StartDependencyRecord() {
+    fDependencies = DependencyRecord::FromSetting(std::getenv("VELOR_DEPENDENCIES_OUTPUT"), gOptions->GetOutput());
+    Msgs::ErrorCheck();
+    if (fDependencies == nullptr) return;
+    for (long i = 0; i < gOptions->FileCount(); ++i) fDependencies->MarkInput(gOptions->GetFile(i));
+    gDependencies = fDependencies.get();
+}
+
+// Only a run that got this far has read everything; a failed one has left through Msgs::Exit.
+void AnsiCPPTool::FinishDependencyRecord() {
+    if (fDependencies == nullptr) return;
+    if (!fDependencies->Write())
+        Msgs::Display(Msgs::kError, "Could not write the dependency file \"%s\"\n", fDependencies->FileName().c_str());
+    Msgs::ErrorCheck();
 }
 
 // There is no resource chain to hold a usage text, so the fall-back text is shown.

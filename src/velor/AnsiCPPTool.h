@@ -1,6 +1,9 @@
 #pragma once
 
+#include <memory>
+
 #include "CmdTool.h"
+#include "DependencyRecord.h"
 
 class PP_CMacroTable;
 class RCScanner;
@@ -30,4 +33,8 @@ public:
 private:
     void DefineMacro(char const* definition);
     void CompileFile(char const* name);
+    void StartDependencyRecord();
+    void FinishDependencyRecord();
+
+    std::unique_ptr<DependencyRecord> fDependencies;  // the files read, when the environment asks
 };
