@@ -15,6 +15,10 @@
 # target's property VELOR_OUTPUT_DIRECTORY, for the code that opens it at run time.
 include_guard(GLOBAL)
 
+if(CMAKE_VERSION VERSION_LESS 3.20)
+  message(FATAL_ERROR "velor_add_resources needs CMake 3.20 or later for its dependency files")
+endif()
+
 function(velor_add_resources target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "OUTPUT" "SOURCES;INCLUDE_DIRS;DEFINES")
   set(context "velor_add_resources(${target})")
@@ -50,6 +54,10 @@ function(velor_add_resources target)
   # The variable's value is a file name, a blank and then the target, so the name must not hold a
   # blank: it is given relative to the working folder, and target names have none.
   set(depfile "${target}.velor.d")
+  # Under the older rule Ninja meets the output under another spelling in the dependency file and
+  # compiles the resources in every build; the newer rule holds for this command alone.
+  cmake_policy(PUSH)
+  cmake_policy(SET CMP0116 NEW)
   add_custom_command(
     OUTPUT "${stamp}"
     COMMAND "${CMAKE_COMMAND}" -E make_directory "${output}"
@@ -60,6 +68,7 @@ function(velor_add_resources target)
     WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}"
     COMMENT "Compiling VELOR resources ${target}"
     VERBATIM)
+  cmake_policy(POP)
   add_custom_target(${target} ALL DEPENDS "${stamp}")
   set_target_properties(${target} PROPERTIES VELOR_OUTPUT_DIRECTORY "${output}")
 endfunction()
