@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
@@ -22,6 +23,7 @@ void AppendList(std::string& text, std::vector<std::string> const& paths) {
 bool WriteAll(int descriptor, std::string const& text) {
     for (size_t done = 0; done < text.size();) {
         ssize_t const written = ::write(descriptor, text.data() + done, text.size() - done);
+        if (written < 0 && errno == EINTR) continue;
         if (written < 0) return false;
         done += static_cast<size_t>(written);
     }
