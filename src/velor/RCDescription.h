@@ -1,3 +1,4 @@
+// The descriptions of types and instances: S-expression text for the description walker.
 #pragma once
 
 #include "RCNamedValue.h"
@@ -28,6 +29,7 @@ enum RCDescriptionKeyword : int {
     kDesc_Arrayref,
     kDesc_CountOf,
     kDesc_ArrayIndex,
+    kDesc_KeywordCount
 };
 
 char const* descriptionWord(RCDescriptionKeyword keyword);
