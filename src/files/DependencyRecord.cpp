@@ -1,3 +1,6 @@
+// The dependency rule of a run, and its writing: every path escaped for Make, the file replaced
+// whole through a temporary so that a reader never sees half of it.
+
 #include "DependencyRecord.h"
 
 #include <fcntl.h>
