@@ -28,7 +28,7 @@ public:
     // The rule, then an empty rule for every file read that was not an input, so that Make does
     // not stop when a file that was included once has gone.
     std::string Text() const;
-    // Replaces the file by a new one whole, through a temporary beside it; false if that failed.
+    // Replaces the file whole through the temporary "<file>.new" beside it; false if that failed.
     bool Write() const;
     std::string const& FileName() const { return fFileName; }
 

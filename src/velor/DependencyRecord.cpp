@@ -3,15 +3,8 @@
 
 #include "DependencyRecord.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-
 #include "Msgs.h"
+#include "OutputFiles.h"
 
 DependencyRecord* gDependencies = nullptr;
 
@@ -21,31 +14,6 @@ namespace {
 // its own behind a continuation.
 void AppendList(std::string& text, std::vector<std::string> const& paths) {
     for (auto const& path : paths) text += " \\\n  " + DependencyRecord::Escaped(path);
-}
-
-bool WriteAll(int descriptor, std::string const& text) {
-    for (size_t done = 0; done < text.size();) {
-        ssize_t const written = ::write(descriptor, text.data() + done, text.size() - done);
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) return false;
-        done += static_cast<size_t>(written);
-    }
-    return true;
-}
-
-// The temporary is made new (never opened through a link) and then renamed over the target, which
-// replaces a link there instead of writing through it; a failed run leaves the old file whole.
-bool ReplaceFile(std::string const& path, std::string const& text) {
-    std::string temporary = path + ".XXXXXX";
-    int const descriptor = ::mkstemp(temporary.data());
-    if (descriptor < 0) return false;
-    mode_t const mask = ::umask(0);
-    ::umask(mask);
-    bool const written = ::fchmod(descriptor, 0666 & ~mask) == 0 && WriteAll(descriptor, text);
-    bool const closed = ::close(descriptor) == 0;
-    if (written && closed && std::rename(temporary.c_str(), path.c_str()) == 0) return true;
-    ::unlink(temporary.c_str());
-    return false;
 }
 
 }  // namespace
@@ -79,7 +47,10 @@ std::string DependencyRecord::Text() const {
     return text;
 }
 
-bool DependencyRecord::Write() const { return ReplaceFile(fFileName, Text()); }
+bool DependencyRecord::Write() const {
+    std::string const text = Text();
+    return ReplaceFile(fFileName, fFileName + ".new", text.data(), text.size());
+}
 
 std::string DependencyRecord::Escaped(std::string_view path) {
     std::string escaped;
