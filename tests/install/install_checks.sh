@@ -58,7 +58,11 @@ check_install() {
 }
 
 # Builds the consumer and answers the build's output: what the step had to do.
-consumer_build() { cmake --build "$work/consumer/build" 2>&1; }
+consumer_build() {
+  local log
+  log=$(cmake --build "$work/consumer/build" 2>&1) || fail "the consumer did not build: $log"
+  echo "$log"
+}
 
 check_consumer() {
   local project=$work/consumer output
