@@ -6,6 +6,7 @@
 #include "Options.h"
 #include "RCAlloc.h"
 #include "RCBindings.h"
+#include "RCByteString.h"
 #include "RCDescription.h"
 #include "RCExpression.h"
 #include "RCPtr.h"
@@ -80,6 +81,20 @@ bool RCStatement::CreateResource_File(RCBindings* bindings, RCScanner* scanner, 
 char RCStatement::LabelWidth() { return 0; }
 
 bool RCStatement::DescriptionsOn() { return gOptions->GetWriteDescriptions(); }
+
+bool RCStatement::CreateResource_Long(RCScanner* scanner, RCBindings* bindings, long* value) {
+    RCPtr<RCExpression> expression(ScanNumber(scanner));
+    if (!expression) return false;
+    *value = expression->Evaluate(scanner, bindings).AsInteger();
+    return true;
+}
+
+bool RCStatement::CreateResource_String(RCScanner* scanner, RCBindings*, RCByteString* value) {
+    RCPtr<RCExpression> expression(ScanString(scanner));
+    if (!expression) return false;
+    *value = expression->AsString();
+    return true;
+}
 
 RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {
     // Modifiers are accepted in this order only, and have no effect on what follows.

@@ -9,6 +9,7 @@ class PP_CInput;
 class RCBindings;
 class RCExpression;
 class RCScanner;
+struct RCByteString;
 struct UniqueStruct;
 
 // One node of a type body. A type is parsed once into a tree of these; the tree is then walked once
@@ -59,6 +60,12 @@ public:
 protected:
     // True while a description of each instance is being traced into its bindings.
     static bool DescriptionsOn();
+    // A number of the value list, evaluated against the instance. False, with nothing stored,
+    // when no numeric expression could be read.
+    static bool CreateResource_Long(RCScanner* scanner, RCBindings* bindings, long* value);
+    // A string of the value list, as a copy that the caller destroys. False, with the value
+    // untouched, when no string expression could be read.
+    static bool CreateResource_String(RCScanner* scanner, RCBindings* bindings, RCByteString* value);
 };
 
 // Owns its statements: destroying the list destroys them. Copying takes the items away from the
