@@ -19,6 +19,9 @@ constexpr std::uint64_t kLongInfoHeader = 76;
 constexpr std::uint64_t kLongInfoRest = 68;
 constexpr std::uint64_t kShortInfoHeader = 16;
 constexpr std::uint64_t kShortInfoRest = 8;
+// The short form measures its palette as if the headers in front of it took 16 bytes fewer than
+// the file header's 22 and its own 16 do: the size is the rows offset less 32.
+constexpr std::uint64_t kShortPaletteSkew = 16;
 
 constexpr std::size_t kPixMapSize = 62;
 constexpr std::uint16_t kPixMapFlag = 0x8000;
@@ -144,20 +147,20 @@ bool AddPixMapHeader(RCBindings* bindings, RCScanner* scanner, Geometry const& g
 }
 
 // The palette's layout: its size in the file, the size of its entries there, the shift that
-// widens a component, and how many entries the size field lets the filling loop reach.
+// widens a component to 16 bits, and whether the filling loop reaches the last entry.
 struct PaletteForm {
     std::uint64_t fileBytes;
     std::uint64_t entrySize;
     int componentShift;
-    // The long form fills up to and including the size field, the short form stops before it and
-    // leaves its last entry zero: the two forms of the format differ so.
+    // The long form fills up to and including the entry that the size field names; the short form
+    // stops before it, so its last entry stays zero. The two forms differ so in the format.
     bool fillsLastEntry;
 };
 
 PaletteForm PaletteFormOf(Geometry const& geometry) {
-    if (geometry.headerSize == kLongInfoHeader)
-        return {geometry.bitsOffset - geometry.headerSize - kFileHeaderSize, 4, 8, true};
-    return {geometry.bitsOffset - geometry.headerSize - kShortInfoHeader, 3, 0, false};
+    std::uint64_t const beforeRows = geometry.bitsOffset - geometry.headerSize;
+    if (geometry.headerSize == kLongInfoHeader) return {beforeRows - kFileHeaderSize, 4, 8, true};
+    return {beforeRows - kShortPaletteSkew, 3, 0, false};
 }
 
 // The table's length in bytes, which the format ties to the palette's size in the file rather

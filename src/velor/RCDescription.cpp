@@ -26,8 +26,9 @@ constexpr DescriptionWord kDescriptionWords[] = {
     {"type", true},      {"restype", true}, {"super", true}, {"as", true},       {"args", true},
     {"prog", false},     {"null", false},   {"bitstring", true}, {"float", true}, {"value", true},
     {"oneof", false},    {"if", true},      {"arrayref", true},  {"$$CountOf", true}, {"$$ArrayIndex", true},
+    {"bitmap", false},   {"multistring", false},
 };
-static_assert(sizeof kDescriptionWords / sizeof kDescriptionWords[0] == kDesc_ArrayIndex + 1);
+static_assert(sizeof kDescriptionWords / sizeof kDescriptionWords[0] == kDesc_Multistring + 1);
 
 }  // namespace
 
@@ -106,6 +107,13 @@ void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RC
         writeChar(area, ')');
     }
     writeChar(area, ')');
+}
+
+void writePayload(DataArea* area, RCDescriptionKeyword payload) {
+    writeHead(area, kDesc_Prog);
+    writeChar(area, ' ');
+    writeHead(area, payload);
+    writeText(area, "))");
 }
 
 namespace {

@@ -28,6 +28,8 @@ enum RCDescriptionKeyword : int {
     kDesc_Arrayref,
     kDesc_CountOf,
     kDesc_ArrayIndex,
+    kDesc_Bitmap,
+    kDesc_Multistring,
 };
 
 char const* descriptionWord(RCDescriptionKeyword keyword);
@@ -53,6 +55,9 @@ void writeString(DataArea* area, char const* bytes, unsigned long length);
 // A group of named numbers: on a new line at the indent the head, then each entry as
 // "(name number)" on a line of its own two deeper, then ")". An empty list writes nothing.
 void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RCNamedList<RCNamedValue>& values);
+// The whole type description of a payload statement, "(prog (keyword))": its layout is fixed by
+// the code behind it, so the text names the payload and nothing more.
+void writePayload(DataArea* area, RCDescriptionKeyword payload);
 
 // Stores a finished description as a resource of the given type, flagged 0x10: the text up to
 // the area's cursor, ended by one zero byte that belongs to it. The id is the hash of hashedText,

@@ -9,17 +9,13 @@
 #include <vector>
 
 #include "DataArea.h"
+#include "MsgIds.h"
 #include "RCBindings.h"
 #include "RCByteString.h"
 #include "RCDescription.h"
 #include "RCScanner.h"
 
 namespace {
-
-constexpr int kMsg_ExpectedComma = 32759;
-constexpr int kMsg_MultiStringEmpty = 32716;
-constexpr int kMsg_MultiStringTooLarge = 32684;
-constexpr int kMsg_MultiStringDuplicateId = 32667;
 
 // Offsets are 16-bit, so neither the header nor the text may pass this size in all.
 constexpr std::uint64_t kMaxResourceSize = 65535;
@@ -83,7 +79,7 @@ bool RCStatement_MultiString::CreateResource(RCBindings* bindings, RCScanner* sc
     std::sort(index.begin(), index.end(), ComesBefore);
     for (std::size_t i = 0; i < index.size(); ++i) {
         if (i > 0 && index[i].id == index[i - 1].id) {
-            scanner->Error(kMsg_MultiStringDuplicateId, 1, static_cast<long>(index[i].id));
+            scanner->Error(kMsg_DuplicateStringIds, 1, static_cast<long>(index[i].id));
             return false;
         }
         index[i].offset = static_cast<std::uint16_t>(index[i].start + headerSize);
@@ -98,6 +94,6 @@ bool RCStatement_MultiString::CreateResource(RCBindings* bindings, RCScanner* sc
     return bindings->AddBytes(scanner, text.GetData(0), static_cast<long>(text.GetCursor()));
 }
 
-void RCStatement_MultiString::WriteDescription(DataArea* area, int) { writeText(area, "(prog (multistring))"); }
+void RCStatement_MultiString::WriteDescription(DataArea* area, int) { writePayload(area, kDesc_Multistring); }
 
 bool RCStatement_MultiString::ConsumesInput() const { return true; }
