@@ -1,3 +1,4 @@
+// The descriptions of types and instances: S-expression text for the description walker.
 #pragma once
 
 #include "RCNamedValue.h"
@@ -30,6 +31,7 @@ enum RCDescriptionKeyword : int {
     kDesc_ArrayIndex,
     kDesc_Bitmap,
     kDesc_Multistring,
+    kDesc_KeywordCount
 };
 
 char const* descriptionWord(RCDescriptionKeyword keyword);
