@@ -5,6 +5,7 @@
 
 #include "DataArea.h"
 #include "RCDefinition.h"
+#include "RCExpression.h"
 #include "RCHash.h"
 #include "RCResource.h"
 #include "RCResourceFile.h"
@@ -61,20 +62,42 @@ void writeString(DataArea* area, char const* bytes, unsigned long length) {
     writeChar(area, '"');
 }
 
-void writeNamedNumbers(DataArea* area, int indent, char const* head, RCNamedList<RCNamedValue>& values) {
+void writeExpressionGroup(DataArea* area, char const* head, RCExpression* expression, int indent) {
+    writeText(area, head);
+    expression->WriteDescription(area, indent);
+    writeChar(area, ')');
+}
+
+namespace {
+
+// A named group: the head on a new line, each entry as "(name value)" on a line of its own two
+// deeper, then ")". The value writer gets the indent of the entry's value.
+template <class List, class WriteValue>
+void writeNamedGroup(DataArea* area, int indent, char const* head, List& values, WriteValue writeValue) {
     if (!values.First()) return;
     newLineIndent(area, indent);
     writeText(area, head);
-    RCListIterator<RCNamedList<RCNamedValue>> entries(values);
-    while (RCNamedValue* entry = entries.Next()) {
+    RCListIterator<List> entries(values);
+    while (auto* entry = entries.Next()) {
         newLineIndent(area, indent + 2);
         writeChar(area, '(');
         writeText(area, nameOf(entry->fName));
         writeChar(area, ' ');
-        writeNumber(area, entry->fValue);
+        writeValue(*entry, indent + 4);
         writeChar(area, ')');
     }
     writeChar(area, ')');
+}
+
+}  // namespace
+
+void writeNamedNumbers(DataArea* area, int indent, char const* head, RCNamedList<RCNamedValue>& values) {
+    writeNamedGroup(area, indent, head, values, [area](RCNamedValue& entry, int) { writeNumber(area, entry.fValue); });
+}
+
+void writeNamedExpressions(DataArea* area, int indent, char const* head, RCNamedExpressionList& values) {
+    writeNamedGroup(area, indent, head, values,
+                    [area](RCNamedExpression& entry, int valueIndent) { entry.fValue->WriteDescription(area, valueIndent); });
 }
 
 namespace {

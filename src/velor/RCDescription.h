@@ -1,9 +1,11 @@
 #pragma once
 
+#include "RCNamedExpression.h"
 #include "RCNamedValue.h"
 #include "RCNumber.h"
 
 class DataArea;
+class RCExpression;
 class RCResourceFile;
 class RCSymbolTable;
 
@@ -24,9 +26,14 @@ void writeNumber(DataArea* area, long number);
 // backslash and three octal digits. Quotes and parentheses stay as they are.
 void writeString(DataArea* area, char const* text);
 void writeString(DataArea* area, char const* bytes, unsigned long length);
+// A keyword group around one expression: the head, as "(value ", the expression written at the
+// given indent, and ")".
+void writeExpressionGroup(DataArea* area, char const* head, RCExpression* expression, int indent);
 // A group of named numbers: on a new line at the indent the head, then each entry as
 // "(name number)" on a line of its own two deeper, then ")". An empty list writes nothing.
 void writeNamedNumbers(DataArea* area, int indent, char const* head, RCNamedList<RCNamedValue>& values);
+// The same with an expression for each entry, written two deeper than its entry.
+void writeNamedExpressions(DataArea* area, int indent, char const* head, RCNamedExpressionList& values);
 
 // Stores a finished description as a resource of the given type, flagged 0x10: the text up to
 // the area's cursor, ended by one zero byte that belongs to it. The id is the hash of hashedText,

@@ -10,6 +10,7 @@
 #include "RCExpression.h"
 #include "RCPtr.h"
 #include "RCScanner.h"
+#include "RCStatement_ByteString.h"
 #include "RCStatement_Number.h"
 
 namespace {
@@ -38,6 +39,16 @@ StatementParser ParserForKeyword(int token) {
     case kRCScan_Double:
     case kRCScan_Single:
         return ParseRealField;
+    case kRCScan_Char:
+    case kRCScan_Cstring:
+    case kRCScan_Icstring:
+    case kRCScan_Ipstring:
+    case kRCScan_Istring:
+    case kRCScan_Iwstring:
+    case kRCScan_Pstring:
+    case kRCScan_String:
+    case kRCScan_Wstring:
+        return RCStatement_ByteString::ParseByteString;
     default:
         return nullptr;
     }
@@ -149,6 +160,10 @@ long RCStatement::EvalNumber(RCExpression* expression, RCScanner* scanner) {
     }
     RCBindings scratch(scanner->GetSymbolTable(), nullptr, 0, 0);
     return expression->Evaluate(scanner, &scratch).AsInteger();
+}
+
+void RCStatement::ScanValueSeparator(RCScanner* scanner) {
+    if (!scanner->Scan(kPPScan_Semicolon)) scanner->Scan(kPPScan_Comma);
 }
 
 RCStatementList::RCStatementList(RCStatementList& source) : RCList(source) {}

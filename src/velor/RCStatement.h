@@ -52,6 +52,9 @@ public:
     static RCExpression* ScanLength(RCScanner* scanner);
     // Evaluates an expression while a type is parsed, with no resource to refer to.
     static long EvalNumber(RCExpression* expression, RCScanner* scanner);
+    // Takes the separator behind a field's value: a ';', else a ','. At most one belongs to the
+    // value; a second one is left for the next field.
+    static void ScanValueSeparator(RCScanner* scanner);
 
     // The token value behind the last keyword: what ScanKeyword and ScanRadix answer for "absent".
     static constexpr int kNoKeyword = 125;

@@ -96,8 +96,7 @@ bool RCStatement_Number::CreateResource(RCBindings* bindings, RCScanner* scanner
     }
     if (!ConsumesInput()) return bindings->AddValue(scanner, fValueExpr, fWidth, fIsInteger);
     if (!AddInputValue(bindings, scanner)) return false;
-    // At most one separator belongs to the value; a second one is left for the next field.
-    if (!scanner->Scan(kPPScan_Semicolon)) scanner->Scan(kPPScan_Comma);
+    ScanValueSeparator(scanner);
     return true;
 }
 
@@ -128,9 +127,7 @@ void RCStatement_Number::WriteDescription(DataArea* area, int indent) {
     WriteKindAndWidth(area);
     if (fValueExpr) {
         newLineIndent(area, indent + 2);
-        writeText(area, "(value ");
-        fValueExpr->WriteDescription(area, indent + 4);
-        writeChar(area, ')');
+        writeExpressionGroup(area, "(value ", fValueExpr, indent + 4);
     }
     writeNamedNumbers(area, indent + 2, "(oneof", fValues);
     writeChar(area, ')');
