@@ -1,5 +1,6 @@
 // Compiling `type` and `resource` statements: the time per resource statement should stay flat as
-// a file holds more of them, and so should the time per field as a type grows.
+// a file holds more of them, so should the time per field as a type grows, and the time per byte
+// as a string value grows out of more adjacent literals.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -57,6 +58,13 @@ double NanosecondsPerField(long count) {
     return CompileNanoseconds(type + " };\n" + values + " };\n") / static_cast<double>(count);
 }
 
+double NanosecondsPerStringByte(long literals) {
+    std::string const literal = " \"" + std::string(62, 'x') + "\"";
+    std::string text = "type Text('TEXT') { cstring; };\nresource Text (1) {";
+    for (long i = 0; i < literals; ++i) text += literal;
+    return CompileNanoseconds(text + " };\n") / static_cast<double>(literals * 62);
+}
+
 }  // namespace
 
 int main() {
@@ -67,5 +75,7 @@ int main() {
     for (long count : {1000L, 10000L, 100000L})
         std::printf("%6ld fields:    %8.1f ns per field of one type and its resource\n", count,
                     NanosecondsPerField(count));
+    for (long count : {100L, 1000L, 10000L})
+        std::printf("%6ld literals:  %8.1f ns per byte of one string value\n", count, NanosecondsPerStringByte(count));
     return 0;
 }
