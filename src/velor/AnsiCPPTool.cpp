@@ -5,10 +5,10 @@
 #include <cstring>
 
 #include "IncDir.h"
+#include "MsgIds.h"
 #include "Msgs.h"
 #include "Options.h"
 #include "PPCPP.h"
-#include "RCDefinition.h"
 #include "RCDescription.h"
 #include "RCExpression.h"
 #include "RCNumber.h"
@@ -17,6 +17,7 @@
 #include "RCScanner.h"
 #include "RCStatement.h"
 #include "RCSymTbl.h"
+#include "RCTopLevel.h"
 #include "SearchPath.h"
 #include "TemporaryBuffer.h"
 #include "UniqueNames.h"
@@ -147,11 +148,6 @@ namespace {
 // Environment variables that name further include directories, searched after all others.
 char const* const sEnvironment[] = {"CIncludes", nullptr};
 
-constexpr int kNeedResourceOrType = 32762;
-constexpr int kMsg_ExpectedLCurly = 32761;
-constexpr int kMsg_ExpectedComma = 32759;
-constexpr int kMsg_ExpectedIdentifier = 32752;
-
 }  // namespace
 
 // The directories of the command line, then the directory ":" (a name, not the current folder),
@@ -197,26 +193,7 @@ void AnsiCPPTool::Compile(RCScanner* scanner, PP_CMacroTable* macroTable) {
         macroTable->DefineMacro(gOptions->GetMacroName(i), gOptions->GetMacroBody(i), true);
     RCResourceFile resourceFile(gOptions->GetOutput());
     scanner->NextToken();
-    for (;;) {
-        Msgs::ErrorCheck();
-        int const token = scanner->TokenType();
-        if (token == kPPScan_EOF) break;
-        if (token == kPPScan_Semicolon) {
-            scanner->NextToken();
-            continue;
-        }
-        if (token == kRCScan_Resource) {
-            RCDefinition::DoResource(scanner, &resourceFile);
-            continue;
-        }
-        if (token == kRCScan_Type) {
-            RCDefinition::ParseDefinition(scanner);
-            continue;
-        }
-        if (ParseEnumOrConst(scanner, macroTable)) continue;
-        scanner->Error(kNeedResourceOrType, 0);
-        scanner->ScanUntil(kPPScan_Semicolon);
-    }
+    CompileTopLevel(scanner, macroTable, &resourceFile, [] { Msgs::ErrorCheck(); });
     Msgs::ErrorCheck();
     if (gOptions->GetWriteDescriptions()) AddTypeDescriptions(scanner->GetSymbolTable(), &resourceFile);
     resourceFile.WriteFile(nullptr);

@@ -13,6 +13,38 @@
 #include "TemporaryBuffer.h"
 #include "UniqueNames.h"
 
+namespace {
+
+struct DescriptionWord {
+    char const* fWord;
+    // Whether the head keeps a blank behind the word. It does wherever something follows on the
+    // line, and also behind `args`, which a line break follows: the reader skips the blank.
+    bool fBlankBehind;
+};
+
+// In the order of RCDescriptionKeyword.
+constexpr DescriptionWord kDescriptionWords[] = {
+    {"type", true},   {"restype", true}, {"super", true},    {"as", true},        {"args", true},
+    {"prog", false},  {"null", false},   {"bitstring", true}, {"float", true},    {"string", true},
+    {"value", true},  {"length", true},  {"oneof", false},   {"if", true},        {"arrayref", true},
+    {"$$CountOf", true}, {"$$ArrayIndex", true},
+};
+static_assert(sizeof kDescriptionWords / sizeof kDescriptionWords[0] == kDesc_ArrayIndex + 1);
+
+}  // namespace
+
+char const* descriptionWord(RCDescriptionKeyword keyword) { return kDescriptionWords[keyword].fWord; }
+
+void writeHead(DataArea* area, RCDescriptionKeyword keyword) {
+    writeChar(area, '(');
+    writeText(area, descriptionWord(keyword));
+    if (kDescriptionWords[keyword].fBlankBehind) writeChar(area, ' ');
+}
+
+int headWidth(char const* word) { return static_cast<int>(std::strlen(word)) + 2; }
+
+int headWidth(RCDescriptionKeyword keyword) { return headWidth(descriptionWord(keyword)); }
+
 void writeChar(DataArea* area, char c) { area->PutChar(c); }
 
 void writeBlanks(DataArea* area, int count) {
@@ -62,8 +94,8 @@ void writeString(DataArea* area, char const* bytes, unsigned long length) {
     writeChar(area, '"');
 }
 
-void writeExpressionGroup(DataArea* area, char const* head, RCExpression* expression, int indent) {
-    writeText(area, head);
+void writeExpressionGroup(DataArea* area, RCDescriptionKeyword head, RCExpression* expression, int indent) {
+    writeHead(area, head);
     expression->WriteDescription(area, indent);
     writeChar(area, ')');
 }
@@ -73,10 +105,12 @@ namespace {
 // A named group: the head on a new line, each entry as "(name value)" on a line of its own two
 // deeper, then ")". The value writer gets the indent of the entry's value.
 template <class List, class WriteValue>
-void writeNamedGroup(DataArea* area, int indent, char const* head, List& values, WriteValue writeValue) {
+void writeNamedGroup(DataArea* area, int indent, char const* lead, RCDescriptionKeyword head, List& values,
+                     WriteValue writeValue) {
     if (!values.First()) return;
     newLineIndent(area, indent);
-    writeText(area, head);
+    writeText(area, lead);
+    writeHead(area, head);
     RCListIterator<List> entries(values);
     while (auto* entry = entries.Next()) {
         newLineIndent(area, indent + 2);
@@ -91,12 +125,14 @@ void writeNamedGroup(DataArea* area, int indent, char const* head, List& values,
 
 }  // namespace
 
-void writeNamedNumbers(DataArea* area, int indent, char const* head, RCNamedList<RCNamedValue>& values) {
-    writeNamedGroup(area, indent, head, values, [area](RCNamedValue& entry, int) { writeNumber(area, entry.fValue); });
+void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RCNamedList<RCNamedValue>& values) {
+    writeNamedGroup(area, indent, "", head, values,
+                    [area](RCNamedValue& entry, int) { writeNumber(area, entry.fValue); });
 }
 
-void writeNamedExpressions(DataArea* area, int indent, char const* head, RCNamedExpressionList& values) {
-    writeNamedGroup(area, indent, head, values,
+void writeNamedExpressions(DataArea* area, int indent, bool blankBeforeHead, RCDescriptionKeyword head,
+                           RCNamedExpressionList& values) {
+    writeNamedGroup(area, indent, blankBeforeHead ? " " : "", head, values,
                     [area](RCNamedExpression& entry, int valueIndent) { entry.fValue->WriteDescription(area, valueIndent); });
 }
 

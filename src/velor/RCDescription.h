@@ -13,6 +13,34 @@ class RCSymbolTable;
 // reader, indented for people. The reader skips all white space, so the blanks written here carry
 // no meaning of their own.
 
+// The words that open the lists of a description, one table for every writer and for the reader.
+enum RCDescriptionKeyword : int {
+    kDesc_Type,
+    kDesc_Restype,
+    kDesc_Super,
+    kDesc_As,
+    kDesc_Args,
+    kDesc_Prog,
+    kDesc_Null,
+    kDesc_Bitstring,
+    kDesc_Float,
+    kDesc_String,
+    kDesc_Value,
+    kDesc_Length,
+    kDesc_Oneof,
+    kDesc_If,
+    kDesc_Arrayref,
+    kDesc_CountOf,
+    kDesc_ArrayIndex,
+};
+
+char const* descriptionWord(RCDescriptionKeyword keyword);
+// The head of a list: "(" and the keyword, with the blank that the keyword's row asks for.
+void writeHead(DataArea* area, RCDescriptionKeyword keyword);
+// The columns that a head takes, "(" and the word and a blank: the indent of what lines up behind it.
+int headWidth(char const* word);
+int headWidth(RCDescriptionKeyword keyword);
+
 void writeChar(DataArea* area, char c);
 // Writes nothing for a count below 1.
 void writeBlanks(DataArea* area, int count);
@@ -28,12 +56,14 @@ void writeString(DataArea* area, char const* text);
 void writeString(DataArea* area, char const* bytes, unsigned long length);
 // A keyword group around one expression: the head, as "(value ", the expression written at the
 // given indent, and ")".
-void writeExpressionGroup(DataArea* area, char const* head, RCExpression* expression, int indent);
+void writeExpressionGroup(DataArea* area, RCDescriptionKeyword head, RCExpression* expression, int indent);
 // A group of named numbers: on a new line at the indent the head, then each entry as
 // "(name number)" on a line of its own two deeper, then ")". An empty list writes nothing.
-void writeNamedNumbers(DataArea* area, int indent, char const* head, RCNamedList<RCNamedValue>& values);
-// The same with an expression for each entry, written two deeper than its entry.
-void writeNamedExpressions(DataArea* area, int indent, char const* head, RCNamedExpressionList& values);
+void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RCNamedList<RCNamedValue>& values);
+// The same with an expression for each entry, written two deeper than its entry. A string field
+// puts a blank between the indent and the head.
+void writeNamedExpressions(DataArea* area, int indent, bool blankBeforeHead, RCDescriptionKeyword head,
+                           RCNamedExpressionList& values);
 
 // Stores a finished description as a resource of the given type, flagged 0x10: the text up to
 // the area's cursor, ended by one zero byte that belongs to it. The id is the hash of hashedText,

@@ -1,18 +1,16 @@
 #include "RCStatement_ByteString.h"
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "RCBindings.h"
 #include "RCByteString.h"
 #include "RCDescription.h"
+#include "RCDescriptionTrace.h"
 #include "RCExpression.h"
 #include "RCScanner.h"
 #include "UniqueNames.h"
 
 namespace {
-
-constexpr int kMsg_ExpectedString = 32754;
-constexpr int kMsg_ExpectedIdentifier = 32752;
-constexpr int kMsg_NotAStringName = 32726;
 
 constexpr int kBitsPerByte = 8;
 
@@ -119,32 +117,37 @@ bool RCStatement_ByteString::AddString(RCBindings* bindings, RCScanner* scanner,
     } else {
         added = bindings->AddString(scanner, value, fStringType);
     }
-    if (DescriptionsOn()) WriteTrace(bindings, startBit);
+    TraceLength(bindings, startBit);
     return added;
 }
 
-void RCStatement_ByteString::WriteKindAndCode(DataArea* area) const {
-    writeText(area, "(string ");
+// Written once the field is laid, since only then is its length known.
+void RCStatement_ByteString::TraceLength(RCBindings* bindings, long startBit) const {
+    RCTraceScope trace(bindings, kDesc_String);
+    DataArea* area = trace.Area();
+    if (!area) return;
     writeText(area, DescribeStringType());
+    writeChar(area, ' ');
+    writeHead(area, kDesc_Length);
+    writeNumber(area, (bindings->GetResourceBit() - startBit) / kBitsPerByte);
+    writeChar(area, ')');
 }
 
-void RCStatement_ByteString::WriteTrace(RCBindings* bindings, long startBit) const {
-    DataArea* trace = bindings->GetDescriptionArea();
-    WriteKindAndCode(trace);
-    writeText(trace, " (length ");
-    writeNumber(trace, (bindings->GetResourceBit() - startBit) / kBitsPerByte);
-    writeText(trace, "))");
-}
-
-// Note the blank in front of "(value" and "(oneof", which a number field's description has not.
+// Note the blank in front of "(length", "(value" and "(oneof", which a number field's description
+// has not.
 void RCStatement_ByteString::WriteDescription(DataArea* area, int indent) {
-    WriteKindAndCode(area);
-    if (fLengthExpr) writeExpressionGroup(area, " (length ", fLengthExpr, indent + 4);
+    writeHead(area, kDesc_String);
+    writeText(area, DescribeStringType());
+    if (fLengthExpr) {
+        writeChar(area, ' ');
+        writeExpressionGroup(area, kDesc_Length, fLengthExpr, indent + 4);
+    }
     if (fValueExpr) {
         newLineIndent(area, indent + 2);
-        writeExpressionGroup(area, " (value ", fValueExpr, indent + 4);
+        writeChar(area, ' ');
+        writeExpressionGroup(area, kDesc_Value, fValueExpr, indent + 4);
     }
-    writeNamedExpressions(area, indent + 2, " (oneof", fValues);
+    writeNamedExpressions(area, indent + 2, true, kDesc_Oneof, fValues);
     writeChar(area, ')');
 }
 

@@ -41,10 +41,8 @@ private:
     // One value of a value list: a symbolic name or a string expression.
     bool AddInputValue(RCBindings* bindings, RCScanner* scanner);
     bool AddSymbolicValue(RCBindings* bindings, RCScanner* scanner);
-    // "(string S010", the head that both descriptions share.
-    void WriteKindAndCode(DataArea* area) const;
     // The instance trace: the bytes that the field took since startBit, alignment included.
-    void WriteTrace(RCBindings* bindings, long startBit) const;
+    void TraceLength(RCBindings* bindings, long startBit) const;
 
     int fStringType;
     RCPtr<RCExpression> fLengthExpr;
