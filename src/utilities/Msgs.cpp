@@ -1,3 +1,5 @@
+// The message table and the one path every message takes to the standard error stream.
+
 #include "Msgs.h"
 
 #include "MsgIds.h"
@@ -153,9 +155,6 @@ ErrorString const gErrorStringTable[] = {
     {kMsg_NoFloatOperator, "Operator '%s' cannot be used with floating point values"},
     {kMsg_FloatNotAligned, "Floating point values must be aligned on four byte boundaries"},
 };
-
-constexpr int kErrorStringCount = sizeof gErrorStringTable / sizeof gErrorStringTable[0];
-static_assert(kErrorStringCount == 129);
 
 constexpr int kMessageBufferSize = 512;
 

@@ -1,3 +1,7 @@
+// The tool driver: the command line into gOptions, the include directories into gSearchPath,
+// and each input file compiled in a world of its own that ends with the file. Its named numbers
+// too are the file's own: enum and const lines define them as macros of the file's table.
+
 #include "AnsiCPPTool.h"
 
 #include <cstdio>

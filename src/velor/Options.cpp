@@ -1,3 +1,6 @@
+// The options record, filled from the command line; only the description switch changes later,
+// at the pragma that sets it.
+
 #include "Options.h"
 
 #include <fts.h>

@@ -1,3 +1,4 @@
+// The descriptions of types and instances: S-expression text for the description walker.
 #pragma once
 
 #include "RCNamedExpression.h"
@@ -32,6 +33,7 @@ enum RCDescriptionKeyword : int {
     kDesc_Arrayref,
     kDesc_CountOf,
     kDesc_ArrayIndex,
+    kDesc_KeywordCount
 };
 
 char const* descriptionWord(RCDescriptionKeyword keyword);

@@ -1,3 +1,6 @@
+// String fields: the parse of the nine string keywords, and the laying of one value through the
+// binding engine, which decides count, text, padding and terminator from the field's type.
+
 #include "RCStatement_ByteString.h"
 
 #include "Assertion.h"
