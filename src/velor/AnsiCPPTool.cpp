@@ -16,6 +16,7 @@
 #include "RCDescription.h"
 #include "RCExpression.h"
 #include "RCNumber.h"
+#include "RCPredefinedTypes.h"
 #include "RCPtr.h"
 #include "RCResourceFile.h"
 #include "RCScanner.h"
@@ -195,6 +196,7 @@ void AnsiCPPTool::CompileFile(char const* name) {
 void AnsiCPPTool::Compile(RCScanner* scanner, PP_CMacroTable* macroTable) {
     for (long i = 0; i < gOptions->MacroCount(); ++i)
         macroTable->DefineMacro(gOptions->GetMacroName(i), gOptions->GetMacroBody(i), true);
+    EnterPredefinedTypes(scanner->GetSymbolTable());
     RCResourceFile resourceFile(gOptions->GetOutput());
     scanner->NextToken();
     CompileTopLevel(scanner, macroTable, &resourceFile, [] { Msgs::ErrorCheck(); });

@@ -40,6 +40,9 @@ public:
     static RCStatement* ParseStatement(RCScanner* scanner);
     // A whole braced body; the current token must be '{'.
     static RCStatement* ParseCompound(RCScanner* scanner);
+    // The payload statement behind a predefined type's name: a new bitmap converter for BITMAP,
+    // a multi-string table for MULTISTRING, and a plain byte string for every other name.
+    static RCStatement* GetStatementFromName(UniqueStruct* name);
 
     // Consumes the current token if it is `token` and returns it; otherwise returns kNoKeyword.
     static int ScanKeyword(RCScanner* scanner, int token);
