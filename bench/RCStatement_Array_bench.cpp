@@ -28,7 +28,7 @@ double CompileNanoseconds(std::string const& text) {
     auto start = Clock::now();
     scanner.PushInput(scanner.ReadFile(text.c_str(), "bench.vd"));
     scanner.NextToken();
-    CompileTopLevel(&scanner, &resources, [] {});
+    CompileTopLevel(&scanner, &macros, &resources, [] {});
     std::chrono::duration<double, std::nano> elapsed = Clock::now() - start;
     if (Msgs::GetErrorCount() != 0) std::abort();
     return elapsed.count();

@@ -36,7 +36,9 @@ constexpr DescriptionWord kDescriptionWords[] = {
     {kDesc_Null, "null", false},
     {kDesc_Bitstring, "bitstring", true},
     {kDesc_Float, "float", true},
+    {kDesc_String, "string", true},
     {kDesc_Value, "value", true},
+    {kDesc_Length, "length", true},
     {kDesc_Oneof, "oneof", false},
     {kDesc_If, "if", true},
     {kDesc_Arrayref, "arrayref", true},
@@ -44,7 +46,6 @@ constexpr DescriptionWord kDescriptionWords[] = {
     {kDesc_ArrayIndex, "$$ArrayIndex", true},
     {kDesc_Array, "array", false},
     {kDesc_Name, "name", true},
-    {kDesc_Length, "length", true},
     {kDesc_Switch, "switch", true},
     {kDesc_Case, "case", true},
     {kDesc_Align, "align", true},
@@ -55,6 +56,8 @@ constexpr DescriptionWord kDescriptionWords[] = {
     {kDesc_Static, "static", true},
     {kDesc_Auto, "auto", true},
     {kDesc_Set, "set", true},
+    {kDesc_Bitmap, "bitmap", false},
+    {kDesc_Multistring, "multistring", false},
 };
 
 constexpr bool RowsFollowTheKeywords() {
@@ -139,9 +142,11 @@ namespace {
 // A named group: the head on a new line, each entry as "(name value)" on a line of its own two
 // deeper, then ")". The value writer gets the indent of the entry's value.
 template <class List, class WriteValue>
-void writeNamedGroup(DataArea* area, int indent, RCDescriptionKeyword head, List& values, WriteValue writeValue) {
+void writeNamedGroup(DataArea* area, int indent, char const* lead, RCDescriptionKeyword head, List& values,
+                     WriteValue writeValue) {
     if (!values.First()) return;
     newLineIndent(area, indent);
+    writeText(area, lead);
     writeHead(area, head);
     RCListIterator<List> entries(values);
     while (auto* entry = entries.Next()) {
@@ -158,12 +163,21 @@ void writeNamedGroup(DataArea* area, int indent, RCDescriptionKeyword head, List
 }  // namespace
 
 void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RCNamedList<RCNamedValue>& values) {
-    writeNamedGroup(area, indent, head, values, [area](RCNamedValue& entry, int) { writeNumber(area, entry.fValue); });
+    writeNamedGroup(area, indent, "", head, values,
+                    [area](RCNamedValue& entry, int) { writeNumber(area, entry.fValue); });
 }
 
-void writeNamedExpressions(DataArea* area, int indent, RCDescriptionKeyword head, RCNamedExpressionList& values) {
-    writeNamedGroup(area, indent, head, values,
+void writeNamedExpressions(DataArea* area, int indent, bool blankBeforeHead, RCDescriptionKeyword head,
+                           RCNamedExpressionList& values) {
+    writeNamedGroup(area, indent, blankBeforeHead ? " " : "", head, values,
                     [area](RCNamedExpression& entry, int valueIndent) { entry.fValue->WriteDescription(area, valueIndent); });
+}
+
+void writePayload(DataArea* area, RCDescriptionKeyword payload) {
+    writeHead(area, kDesc_Prog);
+    writeChar(area, ' ');
+    writeHead(area, payload);
+    writeText(area, "))");
 }
 
 namespace {

@@ -25,7 +25,9 @@ enum RCDescriptionKeyword : int {
     kDesc_Null,
     kDesc_Bitstring,
     kDesc_Float,
+    kDesc_String,
     kDesc_Value,
+    kDesc_Length,
     kDesc_Oneof,
     kDesc_If,
     kDesc_Arrayref,
@@ -33,7 +35,6 @@ enum RCDescriptionKeyword : int {
     kDesc_ArrayIndex,
     kDesc_Array,
     kDesc_Name,
-    kDesc_Length,
     kDesc_Switch,
     kDesc_Case,
     kDesc_Align,
@@ -44,6 +45,8 @@ enum RCDescriptionKeyword : int {
     kDesc_Static,
     kDesc_Auto,
     kDesc_Set,
+    kDesc_Bitmap,
+    kDesc_Multistring,
     kDesc_KeywordCount
 };
 
@@ -67,14 +70,19 @@ void writeNumber(DataArea* area, long number);
 // backslash and three octal digits. Quotes and parentheses stay as they are.
 void writeString(DataArea* area, char const* text);
 void writeString(DataArea* area, char const* bytes, unsigned long length);
+// A keyword group around one expression: the head, as "(value ", the expression written at the
+// given indent, and ")".
+void writeExpressionGroup(DataArea* area, RCDescriptionKeyword head, RCExpression* expression, int indent);
 // A group of named numbers: on a new line at the indent the head, then each entry as
 // "(name number)" on a line of its own two deeper, then ")". An empty list writes nothing.
 void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RCNamedList<RCNamedValue>& values);
-// The same with an expression for each entry, written two deeper than its entry.
-void writeNamedExpressions(DataArea* area, int indent, RCDescriptionKeyword head, RCNamedExpressionList& values);
-// A list around one expression, as "(length expression)": the head, the expression written at
-// the given indent, and ")".
-void writeExpressionGroup(DataArea* area, RCDescriptionKeyword head, RCExpression* expression, int indent);
+// The same with an expression for each entry, written two deeper than its entry. A string field
+// puts a blank between the indent and the head.
+void writeNamedExpressions(DataArea* area, int indent, bool blankBeforeHead, RCDescriptionKeyword head,
+                           RCNamedExpressionList& values);
+// The whole type description of a payload statement, "(prog (keyword))": its layout is fixed by
+// the code behind it, so the text names the payload and nothing more.
+void writePayload(DataArea* area, RCDescriptionKeyword payload);
 
 // Stores a finished description as a resource of the given type, flagged 0x10: the text up to
 // the area's cursor, ended by one zero byte that belongs to it. The id is the hash of hashedText,

@@ -8,6 +8,7 @@
 #include "MsgIds.h"
 #include "RCAlloc.h"
 #include "RCBindings.h"
+#include "RCByteString.h"
 #include "RCDescription.h"
 #include "RCDescriptionTrace.h"
 #include "RCExpression.h"
@@ -65,6 +66,20 @@ bool RCStatement::CreateResource_File(RCBindings* bindings, RCScanner* scanner, 
 }
 
 char RCStatement::LabelWidth() { return 0; }
+
+bool RCStatement::CreateResource_Long(RCScanner* scanner, RCBindings* bindings, long* value) {
+    RCPtr<RCExpression> expression(ScanNumber(scanner));
+    if (!expression) return false;
+    *value = expression->Evaluate(scanner, bindings).AsInteger();
+    return true;
+}
+
+bool RCStatement::CreateResource_String(RCScanner* scanner, RCBindings*, RCByteString* value) {
+    RCPtr<RCExpression> expression(ScanString(scanner));
+    if (!expression) return false;
+    *value = expression->AsString();
+    return true;
+}
 
 // statement = [ "unsigned" ] [ radix ] [ "wide" ] ( named-statement | field ( ";" | before "}" ) )
 RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {
@@ -173,13 +188,6 @@ long RCStatement::VerifyValue(RCScanner*, long value, int width) {
     unsigned long bits = static_cast<unsigned long>(value);
     if (value >= 0 && (bits & mask) == bits) return value;
     return static_cast<long>(bits & ~mask);
-}
-
-bool RCStatement::CreateResource_Long(RCScanner* scanner, RCBindings* bindings, long* value) {
-    RCPtr<RCExpression> expression(ScanNumber(scanner));
-    if (!expression) return false;
-    *value = expression->Evaluate(scanner, bindings).AsInteger();
-    return true;
 }
 
 RCStatementList::RCStatementList(RCStatementList& source) : RCList(source) {}

@@ -7,6 +7,7 @@
 #include "RCStatement_Array.h"
 #include "RCStatement_Assign.h"
 #include "RCStatement_Auto.h"
+#include "RCStatement_ByteString.h"
 #include "RCStatement_Fill.h"
 #include "RCStatement_Number.h"
 #include "RCStatement_Static.h"
@@ -37,6 +38,15 @@ constexpr FactoryRow kFactoryRows[] = {
     {kRCScan_Set, RCStatement_Assign::ParseAssign},
     {kRCScan_Static, RCStatement_Static::ParseStatic},
     {kRCScan_Switch, RCStatement_Switch::ParseSwitch},
+    {kRCScan_Char, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Cstring, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Icstring, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Ipstring, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Istring, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Iwstring, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Pstring, RCStatement_ByteString::ParseByteString},
+    {kRCScan_String, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Wstring, RCStatement_ByteString::ParseByteString},
 };
 
 }  // namespace

@@ -92,7 +92,7 @@ bool RCStatement_Name::CreateResource_SubClass(RCBindings* bindings, RCScanner* 
 void RCStatement_Name::WriteDescription(DataArea* area, int indent) {
     writeHead(area, kDesc_Type);
     writeText(area, nameOf(fName));
-    writeNamedExpressions(area, indent + 2, kDesc_Args, fParameters);
+    writeNamedExpressions(area, indent + 2, false, kDesc_Args, fParameters);
     writeChar(area, ')');
 }
 
