@@ -26,6 +26,7 @@
 #include "AnsiCPPTool.h"
 #include "Assertion.h"
 #include "Msgs.h"
+#include "RCBindings.h"
 
 namespace {
 
@@ -70,6 +71,10 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     gFolder = pattern;
     if (::mkdir((gFolder + "/out").c_str(), 0777) != 0) std::abort();
     Msgs::ThrowOnExit(true);
+    // A resource at the tool's own bound takes seconds to lay and a run may keep several; this
+    // bound keeps every run within the fuzzer's time and memory limits and still far above any
+    // resource that a 16 KB input spells out value by value.
+    RCBindings::fgMaxResourceBytes = 4UL << 20;
     return 0;
 }
 
