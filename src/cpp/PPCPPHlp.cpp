@@ -24,9 +24,9 @@ constexpr int kMaxExpansionDepth = 256;
 // So the bytes that expansion scans and copies are counted against a budget for the file: a
 // fixed allowance, far above what real descriptions spend, and a further one for every call
 // read from the input, so that the budget grows with the input. Past it the file ends as a too
-// deep nest does. At the scanner's speed the whole budget of a 16 KB input takes under a second.
-constexpr unsigned long kExpansionWorkAllowance = 32UL << 20;
-constexpr unsigned long kExpansionWorkPerCall = 2048;
+// deep nest does. The whole budget of a 16 KB input is spent in well under a second.
+constexpr unsigned long kExpansionWorkAllowance = 8UL << 20;
+constexpr unsigned long kExpansionWorkPerCall = 512;
 
 bool isSpaceToken(int token) {
     return token == kPPScan_EOL || token == kPPScan_White || token == kPPScan_Comment;

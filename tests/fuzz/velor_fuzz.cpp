@@ -74,7 +74,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     // A resource at the tool's own bound takes seconds to lay and a run may keep several; this
     // bound keeps every run within the fuzzer's time and memory limits and still far above any
     // resource that a 16 KB input spells out value by value.
-    RCBindings::fgMaxResourceBytes = 4UL << 20;
+    RCBindings::fgMaxResourceBytes = 16UL << 10;
     return 0;
 }
 
