@@ -71,9 +71,9 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     gFolder = pattern;
     if (::mkdir((gFolder + "/out").c_str(), 0777) != 0) std::abort();
     Msgs::ThrowOnExit(true);
-    // A resource at the tool's own bound takes seconds to lay and a run may keep several; this
-    // bound keeps every run within the fuzzer's time and memory limits and still far above any
-    // resource that a 16 KB input spells out value by value.
+    // Under the fuzzer's instrumentation a resource at the tool's own bound takes many seconds
+    // to lay, and an input may hold a thousand resources: this bound keeps every run within the
+    // time and memory limits, while output that passes it still takes the same road.
     RCBindings::fgMaxResourceBytes = 16UL << 10;
     return 0;
 }
