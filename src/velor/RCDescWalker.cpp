@@ -70,8 +70,10 @@ PP_CTextReader passedSince(char const* start, PP_CTextReader const& reader) {
     return PP_CTextReader(start, static_cast<unsigned long>(reader.GetReadPtr() - start));
 }
 
+// An empty reader may have no bytes behind it at all, so it is never handed to memcmp.
 bool sameWord(PP_CTextReader a, PP_CTextReader b) {
-    return a.Readable() == b.Readable() && std::memcmp(a.GetReadPtr(), b.GetReadPtr(), a.Readable()) == 0;
+    return a.Readable() == b.Readable() &&
+           (a.IsEOF() || std::memcmp(a.GetReadPtr(), b.GetReadPtr(), a.Readable()) == 0);
 }
 
 bool isBreak(int c) { return std::isspace(c) || c == '(' || c == ')'; }
@@ -586,6 +588,6 @@ void RCDescWalkerHelper::WriteTitle(char const* title, unsigned long number) {
 
 void RCDescWalkerHelper::WriteTitle(char const* title, PP_CTextReader& text) {
     CloseLine();
-    std::printf("// %s%.*s\n", title, static_cast<int>(std::min<unsigned long>(text.Readable(), INT_MAX)),
-                text.GetReadPtr());
+    int length = static_cast<int>(std::min<unsigned long>(text.Readable(), INT_MAX));
+    std::printf("// %s%.*s\n", title, length, text.IsEOF() ? "" : text.GetReadPtr());
 }
