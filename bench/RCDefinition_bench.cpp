@@ -9,10 +9,10 @@
 #include "Options.h"
 #include "PPMacTbl.h"
 #include "PPMemMgr.h"
-#include "RCDefinition.h"
 #include "RCResourceFile.h"
 #include "RCScanner.h"
 #include "RCSymTbl.h"
+#include "RCTopLevel.h"
 
 namespace {
 
@@ -27,14 +27,8 @@ double CompileNanoseconds(std::string const& text) {
     RCResourceFile resources("out/bench.rsrc");
     auto start = Clock::now();
     scanner.PushInput(scanner.ReadFile(text.c_str(), "bench.vd"));
-    for (int token = scanner.NextToken(); token != kPPScan_EOF; token = scanner.TokenType()) {
-        if (token == kRCScan_Type)
-            RCDefinition::ParseDefinition(&scanner);
-        else if (token == kRCScan_Resource)
-            RCDefinition::DoResource(&scanner, &resources);
-        else
-            scanner.NextToken();
-    }
+    scanner.NextToken();
+    CompileTopLevel(&scanner, &resources, [] {});
     std::chrono::duration<double, std::nano> elapsed = Clock::now() - start;
     if (Msgs::GetErrorCount() != 0) std::abort();
     return elapsed.count();

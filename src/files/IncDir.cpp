@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "MsgIds.h"
 #include "Msgs.h"
 #include "PathName.h"
 #include "TemporaryBuffer.h"
@@ -11,7 +12,6 @@
 
 namespace {
 
-constexpr int kFoundMessage = 2401;
 
 // Every directory record by its spelling; texts are copied into the table.
 SymNameTable& KnownDirectories() {
@@ -66,7 +66,7 @@ IncFile* IncDir::FindInThisDirectory(char const* name, bool create) {
     TemporaryBuffer path(fDirNameLength + std::strlen(name) + 1);
     FullName(name, path.GetBuffer(), path.GetSize());
     if (!FileExists(path.GetBuffer()) && !create) return nullptr;
-    Msgs::Display(2, kFoundMessage, name, fDirName);
+    Msgs::Display(Msgs::kProgress, kMsg_FoundIncludeFile, name, fDirName);
     return NewFile(name);
 }
 

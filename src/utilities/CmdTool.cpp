@@ -10,6 +10,7 @@
 #include "DataArea.h"
 #include "HandleManager.h"
 #include "MarkRelease.h"
+#include "MsgIds.h"
 #include "Msgs.h"
 #include "UniqueNames.h"
 
@@ -47,7 +48,7 @@ AtExitNode* gCurrentExitProc = nullptr;
 
 // The response files being read, innermost first. A file that names itself, directly or through
 // others, would otherwise recurse until the stack runs out; with its name on this list it gets
-// message 1007 instead.
+// kMsg_RecursiveResponseFile instead.
 class CmdToolRCheck {
 public:
     explicit CmdToolRCheck(char const* name) : fNext(fgRoot), fName(name) { fgRoot = this; }
@@ -186,7 +187,7 @@ void CmdTool::DoOption(int argc, char** argv, int& index) {
 
 void CmdTool::DoResponseFile(char* name) {
     if (CmdToolRCheck::IsOpen(name)) {
-        Msgs::Display(Msgs::kError, 1007, name);
+        Msgs::Display(Msgs::kError, kMsg_RecursiveResponseFile, name);
         return;
     }
     CmdToolRCheck check(name);
@@ -194,7 +195,7 @@ void CmdTool::DoResponseFile(char* name) {
     {
         CmdToolWithOpenFILE file(name);
         if (file.File() == nullptr) {
-            Msgs::Display(Msgs::kError, 1008, name);
+            Msgs::Display(Msgs::kError, kMsg_CannotOpenResponseFile, name);
             return;
         }
         words.Write(fName, std::strlen(fName) + 1);
@@ -239,13 +240,13 @@ void CmdTool::DoFilename(char*) {}
 
 void CmdTool::DoIncludePathList(char const*) {}
 
-void CmdTool::BadOption(char const* name) { Msgs::Display(Msgs::kError, 1000, name); }
+void CmdTool::BadOption(char const* name) { Msgs::Display(Msgs::kError, kMsg_UnrecognizedOption, name); }
 
-void CmdTool::BadOption(char const* name, char const* argument) { Msgs::Display(Msgs::kError, 1001, argument, name); }
+void CmdTool::BadOption(char const* name, char const* argument) { Msgs::Display(Msgs::kError, kMsg_UnrecognizedArgument, argument, name); }
 
 bool CmdTool::IsArg(int argc, int lastIndex, char const* name) {
     if (lastIndex < argc) return true;
-    Msgs::Display(Msgs::kError, 1002, lastIndex - argc + 1, lastIndex != argc ? "s" : "", name);
+    Msgs::Display(Msgs::kError, kMsg_MissingArguments, lastIndex - argc + 1, lastIndex != argc ? "s" : "", name);
     return false;
 }
 
@@ -253,9 +254,9 @@ long CmdTool::GetNumber(char const* text, char const* option) {
     long value = 0;
     if (CmdArg::GetNumber(text, &value)) return value;
     if (option != nullptr)
-        Msgs::Display(Msgs::kError, 1003, option, text);
+        Msgs::Display(Msgs::kError, kMsg_NonNumericArgument, option, text);
     else
-        Msgs::Display(Msgs::kFatal, 1004, text);
+        Msgs::Display(Msgs::kFatal, kMsg_StringNotNumeric, text);
     return -1;
 }
 
@@ -263,11 +264,11 @@ uint64_t CmdTool::GetResType(char const* text, char const* option) {
     constexpr size_t kResTypeLength = 4;
     size_t length = std::strlen(text);
     if (length > kResTypeLength) {
-        // Message 1006 has a third conversion with no argument of its own; the text fills it.
+        // kMsg_ResTypeTooLong has a third conversion with no argument of its own; the text fills it.
         if (option != nullptr)
-            Msgs::Display(Msgs::kWarning, 1005, option, static_cast<int>(kResTypeLength), text);
+            Msgs::Display(Msgs::kWarning, kMsg_ArgumentTooLong, option, static_cast<int>(kResTypeLength), text);
         else
-            Msgs::Display(Msgs::kFatal, 1006, text, static_cast<int>(kResTypeLength), text);
+            Msgs::Display(Msgs::kFatal, kMsg_ResTypeTooLong, text, static_cast<int>(kResTypeLength), text);
         length = kResTypeLength;
     }
     uint64_t type = 0;

@@ -8,11 +8,11 @@
 #include "Msgs.h"
 #include "Options.h"
 #include "PPCPP.h"
-#include "RCDefinition.h"
 #include "RCDescription.h"
 #include "RCResourceFile.h"
 #include "RCScanner.h"
 #include "RCSymTbl.h"
+#include "RCTopLevel.h"
 #include "SearchPath.h"
 #include "TemporaryBuffer.h"
 #include "UniqueNames.h"
@@ -143,8 +143,6 @@ namespace {
 // Environment variables that name further include directories, searched after all others.
 char const* const sEnvironment[] = {"CIncludes", nullptr};
 
-constexpr int kNeedResourceOrType = 32762;
-
 }  // namespace
 
 // The directories of the command line, then the directory ":" (a name, not the current folder),
@@ -190,25 +188,7 @@ void AnsiCPPTool::Compile(RCScanner* scanner, PP_CMacroTable* macroTable) {
         macroTable->DefineMacro(gOptions->GetMacroName(i), gOptions->GetMacroBody(i), true);
     RCResourceFile resourceFile(gOptions->GetOutput());
     scanner->NextToken();
-    for (;;) {
-        Msgs::ErrorCheck();
-        int const token = scanner->TokenType();
-        if (token == kPPScan_EOF) break;
-        if (token == kPPScan_Semicolon) {
-            scanner->NextToken();
-            continue;
-        }
-        if (token == kRCScan_Resource) {
-            RCDefinition::DoResource(scanner, &resourceFile);
-            continue;
-        }
-        if (token == kRCScan_Type) {
-            RCDefinition::ParseDefinition(scanner);
-            continue;
-        }
-        scanner->Error(kNeedResourceOrType, 0);
-        scanner->ScanUntil(kPPScan_Semicolon);
-    }
+    CompileTopLevel(scanner, &resourceFile, [] { Msgs::ErrorCheck(); });
     Msgs::ErrorCheck();
     if (gOptions->GetWriteDescriptions()) AddTypeDescriptions(scanner->GetSymbolTable(), &resourceFile);
     resourceFile.WriteFile(nullptr);

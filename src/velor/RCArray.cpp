@@ -2,17 +2,11 @@
 
 #include <algorithm>
 
+#include "MsgIds.h"
 #include "RCScanner.h"
 #include "UniqueNames.h"
 
 namespace {
-
-enum : int {
-    kMsgIndexOutOfBounds = 32669,
-    kMsgIndexNegative = 32670,
-    kMsgLabelNotFound = 32673,
-    kMsgTooFewIndices = 32674,
-};
 
 constexpr long kFirstCapacity = 16;
 
@@ -33,13 +27,13 @@ RCArrayLabel* RCArrayLabel::Fetch(RCScanner* scanner, UniqueStruct* name, int ar
     for (int level = 0; level < argc && node != nullptr; ++level) {
         // Subscripts are 1-based; testing before subtracting keeps the most negative one exact.
         if (subscripts[level] < 1) {
-            reportLabel(scanner, kMsgIndexNegative, name);
+            reportLabel(scanner, kMsg_IndexNegative, name);
             return nullptr;
         }
         long index = subscripts[level] - 1;
         if (index >= fCount) {
             if (!create) {
-                reportLabel(scanner, kMsgIndexOutOfBounds, name);
+                reportLabel(scanner, kMsg_IndexOutOfBounds, name);
                 return nullptr;
             }
             GrowToHold(index);
@@ -68,7 +62,7 @@ void RCArrayLabel::AppendUpTo(long index) {
 
 bool RCArrayLabel::IsLeaf(RCScanner* scanner, UniqueStruct* name, RCArrayLabel const* node) {
     if (node->fChildren == nullptr) return true;
-    reportLabel(scanner, kMsgTooFewIndices, name);
+    reportLabel(scanner, kMsg_TooFewIndices, name);
     return false;
 }
 
@@ -81,7 +75,7 @@ long RCArrayLabel::Lookup(RCScanner* scanner, UniqueStruct* name, int argc, long
 void RCArrayLabel::Assign(RCScanner* scanner, UniqueStruct* name, int argc, long* subscripts, long value) {
     RCArrayLabel* node = Fetch(scanner, name, argc, subscripts, true);
     if (node == nullptr) {
-        reportLabel(scanner, kMsgLabelNotFound, name);
+        reportLabel(scanner, kMsg_ArrayLabelNotFound, name);
         return;
     }
     if (IsLeaf(scanner, name, node)) node->fValue = value;

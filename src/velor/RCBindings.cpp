@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "RCBindings_Def.h"
 #include "RCExpression.h"
 #include "RCScanner.h"
@@ -16,30 +17,12 @@
 
 namespace {
 
-enum : int {
-    kMsgFloatNotAligned = 32650,
-    kMsgStringsNotCompatible = 32654,
-    kMsgLabelDefinedTwice = 32658,
-    kMsgNotAutoOrStatic = 32659,
-    kMsgCannotEvaluateAssignment = 32660,
-    kMsgBadWidth = 32740,
-    kMsgStringTruncated = 32755,
-};
-
-enum ApplyFunction : int {
-    kApplyArrayIndex = 0,
-    kApplyBitField = 1,
-    kApplyByte = 2,
-    kApplyLong = 4,
-    kApplyWord = 5,
-};
-
 constexpr int kBitsPerByte = 8;
 constexpr int kValueBits = 64;
 constexpr short kMaxIntegerWidth = 32;
 constexpr short kSingleWidth = 32;
 
-// The 32658 message has the quirk of passing its own text as the argument of its %s.
+// The kMsg_LabelDefinedTwice message has the quirk of passing its own text as the argument of its %s.
 constexpr char kLabelDefinedTwiceText[] = "Label '%s' previously defined.\n";
 
 // Shifts that reach past the 64 bits of a value give zero rather than undefined behaviour, so a
@@ -187,7 +170,7 @@ RCNumber eval(RCScanner* scanner, RCBindings* bindings, UniqueStruct* name, RCEx
     RCPtr<RCExpression> reduced = expression->Reduce(scanner, bindings, isConstant);
     if (isConstant) return reduced->Evaluate(scanner, bindings);
     VELOR_ASSERT_TEXT("aScanner != 0", scanner != nullptr);
-    scanner->Error(kMsgCannotEvaluateAssignment, 1, nameOf(name));
+    scanner->Error(kMsg_CannotEvaluateAssignment, 1, nameOf(name));
     return RCNumber();
 }
 
@@ -242,7 +225,7 @@ long RCBindings::ResourceSize() const {
 bool RCBindings::AddValue(RCScanner* scanner, RCNumber const& number, short width, bool isInteger) {
     RequireDefn();
     if (isInteger && (width < 0 || width > kMaxIntegerWidth)) {
-        scanner->Error(kMsgBadWidth, 1, static_cast<int>(width));
+        scanner->Error(kMsg_BadWidth, 1, static_cast<int>(width));
         return false;
     }
     if (width == 0) return true;
@@ -257,7 +240,7 @@ bool RCBindings::AddValue(RCScanner* scanner, RCNumber const& number, short widt
 
 bool RCBindings::AddFloat(RCScanner* scanner, double value, short width) {
     if (fBit % kBitsPerByte != 0) {
-        scanner->Error(kMsgFloatNotAligned, 0);
+        scanner->Error(kMsg_FloatNotAligned, 0);
         return false;
     }
     unsigned char bytes[8];
@@ -312,13 +295,13 @@ bool RCBindings::AddString(RCScanner* scanner, RCByteString& string, int stringT
 
 bool RCBindings::AddString(RCScanner* scanner, RCStringInfo const& info) {
     if (!info.IsCompatible()) {
-        scanner->Error(kMsgStringsNotCompatible, 0);
+        scanner->Error(kMsg_StringsNotCompatible, 0);
         return false;
     }
     AddBytes(scanner, info.GetLeadingBytes(), info.GetLeadingBytesCount());
     AddBytes(scanner, info.GetBytes(), info.GetBytesCount());
     for (short i = 0; i < info.GetPaddingCount(); ++i) AddValue(scanner, RCNumber(0L), kBitsPerByte, true);
-    if (info.IsTruncated()) scanner->Warning(kMsgStringTruncated, 1, info.GetBytesCount());
+    if (info.IsTruncated()) scanner->Warning(kMsg_StringTruncated, 1, info.GetBytesCount());
     return true;
 }
 
@@ -389,7 +372,7 @@ void RCBindings::AssignValue(RCScanner* scanner, UniqueStruct* name, RCExpressio
     RCValueCell* cell = frame->LookupAuto(name);
     if (cell == nullptr) cell = frame->LookupStatic(name);
     if (cell == nullptr) {
-        scanner->Error(kMsgNotAutoOrStatic, 1, nameOf(name));
+        scanner->Error(kMsg_NotAutoOrStatic, 1, nameOf(name));
         return;
     }
     cell->SetValue(eval(scanner, this, name, expression));
@@ -409,7 +392,7 @@ void RCBindings::AssignValue_Auto(RCScanner* scanner, UniqueStruct* name, RCExpr
 RCValueCell* RCBindings::AssignValue_Label(RCScanner* scanner, UniqueStruct* name) {
     RCBindings_Def* frame = RequireDefn();
     if (RCValueCell* existing = frame->LookupLabel(name)) {
-        scanner->Error(kMsgLabelDefinedTwice, 2, kLabelDefinedTwiceText, nameOf(name));
+        scanner->Error(kMsg_LabelDefinedTwice, 2, kLabelDefinedTwiceText, nameOf(name));
         return existing;
     }
     RCValueCell* cell = frame->LookupUnknown(name);
@@ -449,20 +432,20 @@ long RCBindings::ArrayRef(RCScanner* scanner, UniqueStruct* name, RCArrayLabel* 
 }
 
 long RCBindings::Apply(RCScanner* scanner, int function, int argc, RCExpression** argv) {
-    if (function == kApplyArrayIndex) {
+    if (function == kFunction_ArrayIndex) {
         VELOR_ASSERT(argv[0]->IsName());
         return RequireDefn()->ArrayIndex(nullptr, argv[0]->AsName());
     }
     long args[kArgMax];
     evalArgv(scanner, this, argc, argv, args);
     switch (function) {
-    case kApplyBitField:
+    case kFunction_BitField:
         return GetValue(WrappingAdd(args[0], args[1]), static_cast<short>(args[2]));
-    case kApplyByte:
+    case kFunction_Byte:
         return GetValue(args[0], 8);
-    case kApplyLong:
+    case kFunction_Long:
         return GetValue(args[0], 32);
-    case kApplyWord:
+    case kFunction_Word:
         return GetValue(args[0], 16);
     default:
         VELOR_ASSERT_TEXT("RCBindings::Apply", false);

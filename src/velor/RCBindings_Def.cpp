@@ -1,6 +1,7 @@
 #include "RCBindings_Def.h"
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "RCBindings.h"
 #include "RCExpression.h"
 #include "RCScanner.h"
@@ -8,11 +9,6 @@
 #include "UniqueNames.h"
 
 namespace {
-
-enum : int {
-    kMsgUnknownArray = 32668,
-    kMsgLabelTooDeep = 32666,
-};
 
 // Moves what a closing scope must not lose into the scope now current: undefined cells and arrays
 // were named before their definition, and their definition may still come.
@@ -104,7 +100,7 @@ RCArray* RCBindings_Def::NewArray(UniqueStruct* name) {
 long RCBindings_Def::ArrayIndex(RCScanner* scanner, UniqueStruct* name) {
     if (RCScopeListItem<RCArray>* active = fActiveArrays.Lookup(name)) return active->fValue->Index();
     VELOR_ASSERT_TEXT("aScanner != 0", scanner != nullptr);
-    scanner->Error(kMsgUnknownArray, 2, nameOf(name), nameOf(name));
+    scanner->Error(kMsg_UnknownArray, 2, nameOf(name), nameOf(name));
     return 0;
 }
 
@@ -121,7 +117,7 @@ RCValueCell* RCBindings_Def::LookupLabel(UniqueStruct* name) {
 
 void RCBindings_Def::AssignLabel(RCScanner* scanner, RCValueCell* cell) {
     if (fArrayDepth > kArgMax) {
-        scanner->Error(kMsgLabelTooDeep, 1, nameOf(cell->Name()));
+        scanner->Error(kMsg_LabelTooDeep, 1, nameOf(cell->Name()));
     } else if (fArrayDepth != 0) {
         LookupArrayLabel(cell->Name())
             ->Assign(scanner, cell->Name(), static_cast<int>(fArrayDepth), fSubscripts, cell->Value().AsInteger());

@@ -1,5 +1,6 @@
 #include "RCByteString.h"
 
+#include "MsgIds.h"
 #include "Msgs.h"
 
 #include <cstdlib>
@@ -7,7 +8,6 @@
 
 namespace {
 
-constexpr int kOutOfMemory = 32695;
 constexpr long kTerminatorBytes = 2;
 
 }  // namespace
@@ -15,7 +15,7 @@ constexpr long kTerminatorBytes = 2;
 bool RCByteString::Expand(long size) {
     void* grown = std::realloc(fData, static_cast<size_t>(fLength + size));
     if (grown == nullptr) {
-        Msgs::Display(8, kOutOfMemory);
+        Msgs::Display(Msgs::kError, kMsg_OutOfMemory);
         return false;
     }
     fData = grown;

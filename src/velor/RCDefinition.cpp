@@ -4,13 +4,16 @@
 #include <cstring>
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "Options.h"
 #include "RCBindDefinition.h"
 #include "RCBindings.h"
 #include "RCByteString.h"
 #include "RCDescription.h"
+#include "RCDescriptionTrace.h"
 #include "RCExpression.h"
 #include "RCLanguagePeek.h"
+#include "RCNestingGuard.h"
 #include "RCPtr.h"
 #include "RCResource.h"
 #include "RCResourceFile.h"
@@ -21,28 +24,9 @@
 
 namespace {
 
-constexpr int kErrExpectedIdentifier = 32752;
-constexpr int kErrTypeAlreadyDefined = 32738;
-constexpr int kErrExpectedRParen = 32745;
-constexpr int kErrExpectedLParen = 32746;
-constexpr int kErrUnknownBaseType = 32691;
-constexpr int kErrExpectedEquals = 32749;
-constexpr int kErrExpectedLCurly = 32761;
-constexpr int kErrExpectedRCurly = 32743;
-constexpr int kErrUnknownNumericKind = 32657;
-constexpr int kErrUnknownOption = 32723;
-constexpr int kErrBadResourceKind = 32735;
-constexpr int kErrNoResourceType = 32656;
-constexpr int kWarnDuplicateResource = 32655;
-constexpr int kErrOutOfMemory = 32695;
-// Messages of the preprocessor's own table.
-constexpr int kErrBadIncludeName = 33;
-constexpr int kErrNotUtf8Encoded = 40;
-
 // Each type instance inside another (a base, an `as` type, a field of a named type) recurses on
 // the machine stack; a nest deeper than this is refused before the stack runs out.
-constexpr int kMaxInstanceDepth = 1000;
-int gInstanceDepth = 0;
+RCNesting gInstanceNesting{1000, kMsg_OutOfMemory};
 
 constexpr unsigned long kDefaultFlags = 0x21;  // LOADONCALL | RELOCATABLE
 constexpr unsigned long kInstanceDescriptionType = 0x46577244;  // 'FWrD'
@@ -117,7 +101,7 @@ UniqueStruct* ParseResourceKind(RCScanner* scanner) {
     long kind = RCStatement::EvalNumber(number, scanner);
     char const* name = NameOfNumericKind(kind);
     if (!name) {
-        scanner->Error(kErrUnknownNumericKind, 1, kind);
+        scanner->Error(kMsg_PredefinedResourceNumber, 1, kind);
         return nullptr;
     }
     return uniqueOf(name);
@@ -130,7 +114,7 @@ bool ParseResourceOptions(RCScanner* scanner, unsigned long& flags) {
         char const* word = nameOf(scanner->PeekName());
         unsigned long flag = FlagOfName(word);
         if (!flag) {
-            scanner->Error(kErrUnknownOption, 1, word);
+            scanner->Error(kMsg_UnknownResourceOption, 1, word);
             scanner->ScanUntil(kPPScan_RParen);
             return false;
         }
@@ -155,7 +139,7 @@ bool ParseResourceName(RCScanner* scanner, RCByteString& name) {
 bool ParseResourceHead(RCScanner* scanner, ResourceHead& head) {
     head.typeName = ParseResourceKind(scanner);
     if (!head.typeName) return false;
-    if (!scanner->Scan(kPPScan_LParen, kErrExpectedLParen)) return false;
+    if (!scanner->Scan(kPPScan_LParen, kMsg_ExpectedLParen)) return false;
     RCPtr<RCExpression> id(RCStatement::ScanNumber(scanner));
     if (!id) {
         scanner->ScanUntil(kPPScan_RParen);
@@ -163,7 +147,7 @@ bool ParseResourceHead(RCScanner* scanner, ResourceHead& head) {
     }
     head.id = static_cast<short>(RCStatement::EvalNumber(id, scanner));
     return ParseResourceOptions(scanner, head.flags) && ParseResourceName(scanner, head.name) &&
-           scanner->Scan(kPPScan_RParen, kErrExpectedRParen);
+           scanner->Scan(kPPScan_RParen, kMsg_ExpectedRParen);
 }
 
 // Sets the language of the resource's strings from the words that open its value list.
@@ -171,7 +155,7 @@ void ApplyLanguagePeek(RCScanner* scanner) {
     PP_CTextReader token = scanner->TokenText();
     RCLanguagePeek peek = PeekLanguage(token.GetReadPtr(), scanner->LiteralLimit());
     gCurrentLanguage = peek.language;
-    if (peek.encodingWordMissing && scanner->IsUTF8()) scanner->Error(kErrNotUtf8Encoded, 0);
+    if (peek.encodingWordMissing && scanner->IsUTF8()) scanner->Error(kPPErr_SignatureNeedsUTF8Encoding, 0);
 }
 
 // The usable definition of the resource's type, or null after an error was reported.
@@ -179,11 +163,11 @@ RCDefinition* ResourceDefinition(RCScanner* scanner, UniqueStruct* typeName) {
     RCDefinition* definition = scanner->GetSymbolTable()->LookupDefinition(typeName);
     ApplyLanguagePeek(scanner);
     if (!definition) {
-        scanner->Error(kErrBadResourceKind, 1, nameOf(typeName));
+        scanner->Error(kMsg_BadResourceKind, 1, nameOf(typeName));
         return nullptr;
     }
     if (!definition->HasResourceType()) {
-        scanner->Error(kErrNoResourceType, 1, nameOf(typeName));
+        scanner->Error(kMsg_NoResourceType, 1, nameOf(typeName));
         return nullptr;
     }
     return definition;
@@ -202,7 +186,7 @@ bool CreateResourceFromFile(RCScanner* scanner, RCDefinition* definition, RCBind
         created = definition->CreateResource_File(&bindings, scanner, input);
         scanner->PopInput();
     } else {
-        scanner->Error(kErrBadIncludeName, 1, name.Bytes());
+        scanner->Error(kPPErr_IncludeBadName, 1, name.Bytes());
     }
     name.Destroy();
     return created;
@@ -218,8 +202,8 @@ bool AddCompiledResource(RCScanner* scanner, RCResourceFile* resourceFile, RCDef
     resource->AddContents(bindings.ResourceData(), bindings.ResourceSize());
     int anErr = resourceFile->AddResource(resource);
     if (anErr == 0) return true;
-    VELOR_ASSERT(anErr == RESDUPRESOURCE);
-    scanner->Warning(kWarnDuplicateResource, 2, static_cast<unsigned>(definition->GetResourceType()),
+    VELOR_ASSERT(anErr == kMsg_DuplicateResource);
+    scanner->Warning(kMsg_DuplicateResource, 2, static_cast<unsigned>(definition->GetResourceType()),
                      static_cast<int>(head.id));
     delete resource;
     return false;
@@ -282,10 +266,10 @@ void RCDefinition::ParseDefinition(RCScanner* aScanner) {
     VELOR_ASSERT(aScanner->TokenType() == kRCScan_Type);
     aScanner->NextToken();
     RCSymbolTable* symbols = aScanner->GetSymbolTable();
-    UniqueStruct* name = aScanner->ScanName(kErrExpectedIdentifier);
+    UniqueStruct* name = aScanner->ScanName(kMsg_ExpectedIdentifier);
     if (!name) return;
     if (symbols->LookupDefinition(name)) {
-        aScanner->Error(kErrTypeAlreadyDefined, 1, nameOf(name));
+        aScanner->Error(kMsg_TypeAlreadyDefined, 1, nameOf(name));
         return;
     }
     unsigned long resType = 0;
@@ -296,7 +280,7 @@ void RCDefinition::ParseDefinition(RCScanner* aScanner) {
     if (aScanner->Scan(kPPScan_Colon) && !ParseBase(aScanner, super, parameters)) return;
 
     if (aScanner->TokenType() != kPPScan_LCurly) {
-        aScanner->Error(kErrExpectedLCurly, 0);
+        aScanner->Error(kMsg_ExpectedLCurly, 0);
         return;
     }
     RCStatement* body = ParseCompound(aScanner);
@@ -315,16 +299,16 @@ bool RCDefinition::ParseResourceType(RCScanner* scanner, unsigned long& resType,
         return false;
     }
     resType = static_cast<unsigned long>(EvalNumber(type, scanner));
-    hasResType = scanner->ScanUntil(kPPScan_RParen, kErrExpectedRParen);
+    hasResType = scanner->ScanUntil(kPPScan_RParen, kMsg_ExpectedRParen);
     return hasResType;
 }
 
 bool RCDefinition::ParseBase(RCScanner* scanner, RCDefinition*& super, RCNamedList<RCNamedValue>& parameters) {
-    UniqueStruct* superName = scanner->ScanName(kErrExpectedIdentifier);
+    UniqueStruct* superName = scanner->ScanName(kMsg_ExpectedIdentifier);
     if (!superName) return false;
     super = scanner->GetSymbolTable()->LookupDefinition(superName);
     if (!super) {
-        scanner->Error(kErrUnknownBaseType, 1, nameOf(superName));
+        scanner->Error(kMsg_ExpectedCustomTypeName, 1, nameOf(superName));
         return false;
     }
     return !scanner->Scan(kPPScan_LParen) || ParseClassParameters(scanner, parameters);
@@ -333,13 +317,13 @@ bool RCDefinition::ParseBase(RCScanner* scanner, RCDefinition*& super, RCNamedLi
 bool RCDefinition::ParseClassParameters(RCScanner* scanner, RCNamedList<RCNamedValue>& parameters) {
     if (scanner->Scan(kPPScan_RParen)) return true;
     do {
-        UniqueStruct* name = scanner->ScanName(kErrExpectedIdentifier);
-        if (!name || !scanner->Scan(kPPScan_Assign, kErrExpectedEquals)) return false;
+        UniqueStruct* name = scanner->ScanName(kMsg_ExpectedIdentifier);
+        if (!name || !scanner->Scan(kPPScan_Assign, kMsg_ExpectedEquals)) return false;
         RCPtr<RCExpression> value(ScanNumber(scanner));
         if (!value) return false;
         parameters.Append(name, RCNumber(EvalNumber(value, scanner)));
     } while (scanner->Scan(kPPScan_Comma));
-    return scanner->Scan(kPPScan_RParen, kErrExpectedRParen);
+    return scanner->Scan(kPPScan_RParen, kMsg_ExpectedRParen);
 }
 
 bool RCDefinition::DoResource(RCScanner* aScanner, RCResourceFile* resourceFile) {
@@ -367,23 +351,17 @@ bool RCDefinition::CreateResource(RCBindings* bindings, RCScanner* scanner, RCNa
     int closeToken = inBraces ? kPPScan_RCurly : kPPScan_RParen;
     // A missing opening token counts as an error but lets the caller go on as if the instance
     // were empty.
-    if (!scanner->Scan(openToken, inBraces ? kErrExpectedLCurly : kErrExpectedLParen)) return true;
+    if (!scanner->Scan(openToken, inBraces ? kMsg_ExpectedLCurly : kMsg_ExpectedLParen)) return true;
     if (CreateResource_Body(bindings, scanner, parameters))
-        return scanner->ScanUntil(closeToken, inBraces ? kErrExpectedRCurly : kErrExpectedRParen);
+        return scanner->ScanUntil(closeToken, inBraces ? kMsg_ExpectedRCurly : kMsg_ExpectedRParen);
     scanner->ScanUntil(closeToken);
     return false;
 }
 
 bool RCDefinition::CreateResource_Body(RCBindings* bindings, RCScanner* scanner,
                                        RCNamedList<RCNamedValue>* parameters) {
-    if (gInstanceDepth == kMaxInstanceDepth) {
-        scanner->Error(kErrOutOfMemory, 0);
-        return false;
-    }
-    ++gInstanceDepth;
-    bool created = CreateInstance(bindings, scanner, parameters);
-    --gInstanceDepth;
-    return created;
+    RCNestingGuard nesting(gInstanceNesting);
+    return nesting.Deeper(scanner) && CreateInstance(bindings, scanner, parameters);
 }
 
 bool RCDefinition::CreateInstance(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>* parameters) {
@@ -394,63 +372,49 @@ bool RCDefinition::CreateInstance(RCBindings* bindings, RCScanner* scanner, RCNa
     while (RCNamedValue* parameter = assignments.Next())
         bindings->AssignToClassParameter(parameter->fName, parameter->fValue.AsInteger());
 
-    bool tracing = DescriptionsOn();
-    if (tracing) OpenTrace(bindings, "(type ", fName);
-    bool created = CreateParts(bindings, scanner, merged, tracing);
-    if (tracing) CloseTrace(bindings);
-    return created;
+    RCTraceScope trace(bindings, kDesc_Type, fName);
+    return CreateParts(bindings, scanner, merged, trace);
 }
 
 bool RCDefinition::CreateParts(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>& parameters,
-                               bool tracing) {
-    if (fSuper && !CreateNested("(super ", fSuper, bindings, scanner, parameters, tracing)) return false;
+                               RCTraceScope const& trace) {
+    if (fSuper && !CreateNested(kDesc_Super, fSuper, bindings, scanner, parameters, trace)) return false;
     if (fBody) return fBody->CreateResource(bindings, scanner);
     VELOR_ASSERT(fAsType != 0);
-    return CreateNested("(as ", fAsType, bindings, scanner, parameters, tracing);
+    return CreateNested(kDesc_As, fAsType, bindings, scanner, parameters, trace);
 }
 
-bool RCDefinition::CreateNested(char const* keyword, RCDefinition* definition, RCBindings* bindings,
-                                RCScanner* scanner, RCNamedList<RCNamedValue>& parameters, bool tracing) {
-    if (tracing) OpenTrace(bindings, keyword, definition->fName);
-    bool created = definition->CreateResource_Body(bindings, scanner, &parameters);
-    if (tracing) {
-        CloseTrace(bindings);
-        newLineIndent(bindings->GetDescriptionArea(), bindings->GetDescriptionIndent());
+bool RCDefinition::CreateNested(RCDescriptionKeyword keyword, RCDefinition* definition, RCBindings* bindings,
+                                RCScanner* scanner, RCNamedList<RCNamedValue>& parameters,
+                                RCTraceScope const& trace) {
+    bool created = false;
+    {
+        RCTraceScope nested(trace, keyword, definition->fName);
+        created = definition->CreateResource_Body(bindings, scanner, &parameters);
     }
+    trace.NewLine();
     return created;
 }
 
-void RCDefinition::OpenTrace(RCBindings* bindings, char const* keyword, UniqueStruct* name) {
-    DataArea* trace = bindings->GetDescriptionArea();
-    writeText(trace, keyword);
-    writeText(trace, nameOf(name));
-    newLineIndent(trace, bindings->IncrementDescriptionIndent(2));
-}
-
-void RCDefinition::CloseTrace(RCBindings* bindings) {
-    bindings->IncrementDescriptionIndent(-2);
-    writeChar(bindings->GetDescriptionArea(), ')');
-}
-
 void RCDefinition::WriteDescription(DataArea* area, int indent) {
-    writeText(area, "(type ");
+    writeHead(area, kDesc_Type);
     writeText(area, nameOf(fName));
     if (fHasResType) {
         newLineIndent(area, indent + 2);
-        writeText(area, "(restype ");
+        writeHead(area, kDesc_Restype);
         writeNumber(area, static_cast<long>(fResType));
         writeChar(area, ')');
     }
     if (fSuper) {
         newLineIndent(area, indent + 2);
-        writeText(area, "(super ");
+        writeHead(area, kDesc_Super);
         writeText(area, nameOf(fSuper->fName));
-        writeNamedNumbers(area, indent + 6, "(args ", fParameters);
+        writeNamedNumbers(area, indent + 6, kDesc_Args, fParameters);
         writeChar(area, ')');
     }
     if (fAsType) {
         newLineIndent(area, indent + 2);
-        writeText(area, "(as ");
+        writeHead(area, kDesc_As);
         writeText(area, nameOf(fAsType->fName));
         writeChar(area, ')');
     }

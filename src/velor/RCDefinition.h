@@ -1,9 +1,11 @@
 #pragma once
 
+#include "RCDescription.h"
 #include "RCNamedValue.h"
 #include "RCStatement.h"
 
 class RCResourceFile;
+class RCTraceScope;
 
 // A named type: the statement tree of its body, its resource type, its base type and the class
 // parameters it sets on that base. Owned by the symbol table and never changed once entered.
@@ -54,12 +56,11 @@ private:
     // One type instance in its own frame, with the class parameters assigned.
     bool CreateInstance(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>* parameters);
     // The base's fields, then the body's or those of the type it is built on.
-    bool CreateParts(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>& parameters, bool tracing);
-    bool CreateNested(char const* keyword, RCDefinition* definition, RCBindings* bindings, RCScanner* scanner,
-                      RCNamedList<RCNamedValue>& parameters, bool tracing);
-    // The instance description brackets each type instance as "(keyword name ... )".
-    static void OpenTrace(RCBindings* bindings, char const* keyword, UniqueStruct* name);
-    static void CloseTrace(RCBindings* bindings);
+    bool CreateParts(RCBindings* bindings, RCScanner* scanner, RCNamedList<RCNamedValue>& parameters,
+                     RCTraceScope const& trace);
+    // A base or `as` instance, traced as "(keyword name ...)" inside the instance's own list.
+    bool CreateNested(RCDescriptionKeyword keyword, RCDefinition* definition, RCBindings* bindings,
+                      RCScanner* scanner, RCNamedList<RCNamedValue>& parameters, RCTraceScope const& trace);
 
     UniqueStruct* fName;
     RCDefinition* fSuper;

@@ -12,6 +12,37 @@
 #include "TemporaryBuffer.h"
 #include "UniqueNames.h"
 
+namespace {
+
+struct DescriptionWord {
+    char const* fWord;
+    // Whether the head keeps a blank behind the word. It does wherever something follows on the
+    // line, and also behind `args`, which a line break follows: the reader skips the blank.
+    bool fBlankBehind;
+};
+
+// In the order of RCDescriptionKeyword.
+constexpr DescriptionWord kDescriptionWords[] = {
+    {"type", true},      {"restype", true}, {"super", true}, {"as", true},       {"args", true},
+    {"prog", false},     {"null", false},   {"bitstring", true}, {"float", true}, {"value", true},
+    {"oneof", false},    {"if", true},      {"arrayref", true},  {"$$CountOf", true}, {"$$ArrayIndex", true},
+};
+static_assert(sizeof kDescriptionWords / sizeof kDescriptionWords[0] == kDesc_ArrayIndex + 1);
+
+}  // namespace
+
+char const* descriptionWord(RCDescriptionKeyword keyword) { return kDescriptionWords[keyword].fWord; }
+
+void writeHead(DataArea* area, RCDescriptionKeyword keyword) {
+    writeChar(area, '(');
+    writeText(area, descriptionWord(keyword));
+    if (kDescriptionWords[keyword].fBlankBehind) writeChar(area, ' ');
+}
+
+int headWidth(char const* word) { return static_cast<int>(std::strlen(word)) + 2; }
+
+int headWidth(RCDescriptionKeyword keyword) { return headWidth(descriptionWord(keyword)); }
+
 void writeChar(DataArea* area, char c) { area->PutChar(c); }
 
 void writeBlanks(DataArea* area, int count) {
@@ -61,10 +92,10 @@ void writeString(DataArea* area, char const* bytes, unsigned long length) {
     writeChar(area, '"');
 }
 
-void writeNamedNumbers(DataArea* area, int indent, char const* head, RCNamedList<RCNamedValue>& values) {
+void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RCNamedList<RCNamedValue>& values) {
     if (!values.First()) return;
     newLineIndent(area, indent);
-    writeText(area, head);
+    writeHead(area, head);
     RCListIterator<RCNamedList<RCNamedValue>> entries(values);
     while (RCNamedValue* entry = entries.Next()) {
         newLineIndent(area, indent + 2);

@@ -11,6 +11,32 @@ class RCSymbolTable;
 // reader, indented for people. The reader skips all white space, so the blanks written here carry
 // no meaning of their own.
 
+// The words that open the lists of a description, one table for every writer and for the reader.
+enum RCDescriptionKeyword : int {
+    kDesc_Type,
+    kDesc_Restype,
+    kDesc_Super,
+    kDesc_As,
+    kDesc_Args,
+    kDesc_Prog,
+    kDesc_Null,
+    kDesc_Bitstring,
+    kDesc_Float,
+    kDesc_Value,
+    kDesc_Oneof,
+    kDesc_If,
+    kDesc_Arrayref,
+    kDesc_CountOf,
+    kDesc_ArrayIndex,
+};
+
+char const* descriptionWord(RCDescriptionKeyword keyword);
+// The head of a list: "(" and the keyword, with the blank that the keyword's row asks for.
+void writeHead(DataArea* area, RCDescriptionKeyword keyword);
+// The columns that a head takes, "(" and the word and a blank: the indent of what lines up behind it.
+int headWidth(char const* word);
+int headWidth(RCDescriptionKeyword keyword);
+
 void writeChar(DataArea* area, char c);
 // Writes nothing for a count below 1.
 void writeBlanks(DataArea* area, int count);
@@ -26,7 +52,7 @@ void writeString(DataArea* area, char const* text);
 void writeString(DataArea* area, char const* bytes, unsigned long length);
 // A group of named numbers: on a new line at the indent the head, then each entry as
 // "(name number)" on a line of its own two deeper, then ")". An empty list writes nothing.
-void writeNamedNumbers(DataArea* area, int indent, char const* head, RCNamedList<RCNamedValue>& values);
+void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RCNamedList<RCNamedValue>& values);
 
 // Stores a finished description as a resource of the given type, flagged 0x10: the text up to
 // the area's cursor, ended by one zero byte that belongs to it. The id is the hash of hashedText,

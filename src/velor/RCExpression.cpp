@@ -4,11 +4,13 @@
 #include <new>
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "RCAlloc.h"
 #include "RCArray.h"
 #include "RCBindings.h"
 #include "RCBindings_Def.h"
 #include "RCDescription.h"
+#include "RCNestingGuard.h"
 #include "RCOperators.h"
 #include "RCScanner.h"
 #include "RCValueCell.h"
@@ -16,55 +18,14 @@
 
 namespace {
 
-enum : int {
-    kMsgUndefinedName = 32653,
-    kMsgTooFewArguments = 32661,
-    kMsgSyntaxError = 32697,
-    kMsgTooManyValues = 32699,
-    kMsgCountOfNeedsName = 32717,
-    kMsgArrayIndexNeedsName = 32718,
-    kMsgNotNumeric = 32741,
-    kMsgExpectedRParen = 32745,
-    kMsgExpectedLParen = 32746,
-    kMsgExpectedRBrace = 32750,
-};
-
-// Function numbers are the keyword tokens counted from $$ArrayIndex.
-enum : int {
-    kFunctionArrayIndex = 0,
-    kFunctionBitField = 1,
-    kFunctionByte = 2,
-    kFunctionCountOf = 3,
-    kFunctionLong = 4,
-    kFunctionWord = 5,
-};
+static_assert(kRCScan_FnWord - kRCScan_FnArrayIndex == kFunction_Word, "function numbers follow the keywords");
 
 constexpr int kNoMinPriority = -1;
 
 // Every walk over a tree (reduce, evaluate, describe, delete) recurses on its depth, so the parser
 // refuses trees deeper than this. The guard counts the nesting of the parse and the operators
 // chained at each level of it, which together bound the depth of the tree being built.
-constexpr int kMaxExpressionDepth = 1000;
-
-class DepthGuard {
-public:
-    DepthGuard() = default;
-    DepthGuard(DepthGuard const&) = delete;
-    DepthGuard& operator=(DepthGuard const&) = delete;
-    ~DepthGuard() { fgDepth -= fAdded; }
-
-    // One level deeper; false, with the message given, once the tree would be too deep.
-    bool Deeper(RCScanner* scanner) {
-        ++fAdded;
-        if (++fgDepth <= kMaxExpressionDepth) return true;
-        scanner->Error(kPPErr_ExpressionTooComplex, 0);
-        return false;
-    }
-
-private:
-    static inline int fgDepth = 0;
-    int fAdded = 0;
-};
+RCNesting gExpressionNesting{1000, kPPErr_ExpressionTooComplex};
 
 bool isStringToken(int token) {
     return token >= kPPScan_String && token <= kPPScan_DBHexString;
@@ -90,13 +51,13 @@ void writeName(DataArea* area, UniqueStruct* name) {
 
 char const* functionText(int function) {
     switch (function) {
-    case kFunctionBitField:
+    case kFunction_BitField:
         return "$$BitField";
-    case kFunctionByte:
+    case kFunction_Byte:
         return "$$Byte";
-    case kFunctionLong:
+    case kFunction_Long:
         return "$$Long";
-    case kFunctionWord:
+    case kFunction_Word:
         return "$$Word";
     default:
         return "???";
@@ -143,7 +104,7 @@ UniqueStruct* RCExpression::AsName() {
 }
 
 RCNumber RCExpression::Evaluate(RCScanner* scanner, RCBindings*) {
-    scanner->Error(kMsgNotNumeric, 0);
+    scanner->Error(kMsg_NotNumeric, 0);
     return RCNumber();
 }
 
@@ -167,7 +128,7 @@ RCExpression* RCExpression::Increment(RCExpression* base, long delta) {
 // Parser
 
 RCExpression* RCExpression::ParseExpression(RCScanner* scanner, int minPriority) {
-    DepthGuard depth;
+    RCNestingGuard depth(gExpressionNesting);
     if (!depth.Deeper(scanner)) return nullptr;
     RCPtr<RCExpression> tree(ParseTerm(scanner));
     if (!tree) return nullptr;
@@ -191,7 +152,7 @@ RCExpression* RCExpression::ParseConditional(RCScanner* scanner, RCPtr<RCExpress
     RCPtr<RCExpression> thenPart(ParseExpression(scanner, kNoMinPriority));
     if (!thenPart) return nullptr;
     if (scanner->TokenType() != kPPScan_Colon) {
-        scanner->Error(kMsgSyntaxError, 0);
+        scanner->Error(kMsg_SyntaxError, 0);
         return nullptr;
     }
     scanner->NextToken();
@@ -206,7 +167,7 @@ RCExpression* RCExpression::ParseTerm(RCScanner* scanner) {
     if (isStringToken(token)) return ParseString(scanner);
     RCPtr<RCExpression> term(ParseNumericTerm(scanner, token));
     if (term && !term->IsNumber()) {
-        scanner->Error(kMsgNotNumeric, 0);
+        scanner->Error(kMsg_NotNumeric, 0);
         return nullptr;
     }
     return term.Release();
@@ -216,7 +177,7 @@ RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
     RCExpression* term = nullptr;
     switch (token) {
     case kPPScan_Ident: {
-        UniqueStruct* name = scanner->ScanName(kMsgSyntaxError);
+        UniqueStruct* name = scanner->ScanName(kMsg_SyntaxError);
         if (scanner->TokenType() == kPPScan_LBrace) return ParseArrayRef(scanner, name);
         return new RCExpression_Name(name);
     }
@@ -235,7 +196,7 @@ RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
     case kPPScan_Tilde:
     case kPPScan_Minus: {
         // Unary operators take a term, so they bind tighter than every binary one and stack.
-        DepthGuard depth;
+        RCNestingGuard depth(gExpressionNesting);
         if (!depth.Deeper(scanner)) return nullptr;
         scanner->NextToken();
         RCExpression* operand = ParseTerm(scanner);
@@ -244,7 +205,7 @@ RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
     case kPPScan_LParen: {
         scanner->NextToken();
         RCPtr<RCExpression> inner(ParseExpression(scanner, kNoMinPriority));
-        if (!inner || !scanner->ScanUntil(kPPScan_RParen, kMsgExpectedRParen)) return nullptr;
+        if (!inner || !scanner->ScanUntil(kPPScan_RParen, kMsg_ExpectedRParen)) return nullptr;
         return inner.Release();
     }
     default:
@@ -254,7 +215,7 @@ RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
         }
         if (token >= kRCScan_FnArrayIndex && token <= kRCScan_FnWord)
             return ParseFunction(scanner, token - kRCScan_FnArrayIndex);
-        scanner->Error(kMsgSyntaxError, 0);
+        scanner->Error(kMsg_SyntaxError, 0);
         break;
     }
     scanner->NextToken();
@@ -277,24 +238,24 @@ RCExpression* RCExpression::ParseString(RCScanner* scanner) {
 RCExpression* RCExpression::ParseFunction(RCScanner* scanner, int function) {
     int nargs = scanner->NArgs();
     scanner->NextToken();
-    if (!scanner->Scan(kPPScan_LParen, kMsgExpectedLParen)) return nullptr;
+    if (!scanner->Scan(kPPScan_LParen, kMsg_ExpectedLParen)) return nullptr;
     VELOR_ASSERT(nargs <= kArgMax);
     RCExpression* argv[kArgMax];
     int count = ParseExprList(scanner, nargs, argv);
-    bool closed = scanner->ScanUntil(kPPScan_RParen, kMsgExpectedRParen);
+    bool closed = scanner->ScanUntil(kPPScan_RParen, kMsg_ExpectedRParen);
     if (count < 0) return nullptr;
     if (closed) {
-        bool takesName = function == kFunctionArrayIndex || function == kFunctionCountOf;
+        bool takesName = function == kFunction_ArrayIndex || function == kFunction_CountOf;
         if (count != nargs) {
-            scanner->Error(kMsgTooFewArguments, 1, nargs);
+            scanner->Error(kMsg_TooFewArguments, 1, nargs);
         } else if (!takesName) {
             return new RCExpression_Function(function, count, argv);
         } else if (argv[0]->IsName()) {
             RCPtr<RCExpression> argument(argv[0]);
-            if (function == kFunctionArrayIndex) return new RCExpression_ArrayIndex(argument->AsName());
+            if (function == kFunction_ArrayIndex) return new RCExpression_ArrayIndex(argument->AsName());
             return new RCExpression_CountOf(argument->AsName());
         } else {
-            scanner->Error(function == kFunctionArrayIndex ? kMsgArrayIndexNeedsName : kMsgCountOfNeedsName, 0);
+            scanner->Error(function == kFunction_ArrayIndex ? kMsg_ArrayIndexNeedsName : kMsg_CountOfNeedsName, 0);
         }
     }
     deleteArguments(count, argv);
@@ -306,7 +267,7 @@ int RCExpression::ParseExprList(RCScanner* scanner, int max, RCExpression** argv
     int count = 0;
     while (RCExpression* argument = ParseExpression(scanner, kNoMinPriority)) {
         if (count == max) {
-            scanner->Error(kMsgTooManyValues, 1, max);
+            scanner->Error(kMsg_TooManyValues, 1, max);
             delete argument;
             break;
         }
@@ -324,14 +285,14 @@ RCExpression* RCExpression::ParseArrayRef(RCScanner* scanner, UniqueStruct* name
     if (scanner->TokenType() == kPPScan_RBrace) {
         // The message expects a count that no subscript list has; 0 stands for it rather than
         // whatever the argument list would happen to hold.
-        scanner->Error(kMsgTooFewArguments, 1, 0);
+        scanner->Error(kMsg_TooFewArguments, 1, 0);
         scanner->NextToken();
         return nullptr;
     }
     RCExpression* argv[kArgMax];
     int count = ParseExprList(scanner, kArgMax, argv);
     if (count == 0) return nullptr;
-    bool closed = scanner->ScanUntil(kPPScan_RBrace, kMsgExpectedRBrace);
+    bool closed = scanner->ScanUntil(kPPScan_RBrace, kMsg_ExpectedRBracket);
     if (count < 0) return nullptr;
     if (closed) return new RCExpression_ArrayLabel(name, count, argv);
     deleteArguments(count, argv);
@@ -388,7 +349,7 @@ RCNumber RCExpression_Eval::Evaluate(RCScanner* scanner, RCBindings* bindings) {
     bool isConstant = false;
     RCPtr<RCExpression> reduced(Reduce(scanner, bindings, isConstant));
     if (isConstant && reduced->IsNumber()) return reduced->Evaluate(scanner, bindings);
-    scanner->Error(kMsgNotNumeric, 0);
+    scanner->Error(kMsg_NotNumeric, 0);
     return RCNumber();
 }
 
@@ -401,7 +362,7 @@ RCExpression* RCExpression_Value::Reduce(RCScanner* scanner, RCBindings*, bool& 
     if (isConstant) return Number(fValueCell->Value());
     // A forward reference: reported once, then read from the cell when the fixup runs.
     fValueCell->SetDefined();
-    scanner->Error(kMsgUndefinedName, 1, nameOf(fValueCell->Name()));
+    scanner->Error(kMsg_UndefinedName, 1, nameOf(fValueCell->Name()));
     return new RCExpression_Value(fValueCell);
 }
 
@@ -425,7 +386,7 @@ RCExpression* RCExpression_Name::Reduce(RCScanner* scanner, RCBindings* bindings
     if (RCValueCell* cell = bindings->LookupValue(fName))
         return RCExpression_Value(cell).Reduce(scanner, bindings, isConstant);
     // Only bindings without a frame know no name at all.
-    scanner->Error(kMsgUndefinedName, 1, nameOf(fName));
+    scanner->Error(kMsg_UndefinedName, 1, nameOf(fName));
     return new RCExpression_Name(fName);
 }
 
@@ -451,10 +412,11 @@ RCNumber RCExpression_1::Evaluate(RCScanner* scanner, RCBindings* bindings) {
 }
 
 void RCExpression_1::WriteDescription(DataArea* area, int indent) {
+    char const* text = operatorText(fOperator);
     writeChar(area, '(');
-    writeText(area, operatorText(fOperator));
+    writeText(area, text);
     writeChar(area, ' ');
-    fOperand->WriteDescription(area, indent + 3);
+    fOperand->WriteDescription(area, indent + headWidth(text));
     writeChar(area, ')');
 }
 
@@ -483,7 +445,7 @@ RCNumber RCExpression_2::Evaluate(RCScanner* scanner, RCBindings* bindings) {
 
 void RCExpression_2::WriteDescription(DataArea* area, int indent) {
     char const* text = operatorText(fOperator);
-    int inner = indent + 2 + static_cast<int>(std::strlen(text));
+    int inner = indent + headWidth(text);
     writeChar(area, '(');
     writeText(area, text);
     writeChar(area, ' ');
@@ -517,8 +479,8 @@ RCNumber RCExpression_3::Evaluate(RCScanner* scanner, RCBindings* bindings) {
 }
 
 void RCExpression_3::WriteDescription(DataArea* area, int indent) {
-    int inner = indent + 4;
-    writeText(area, "(if ");
+    int inner = indent + headWidth(kDesc_If);
+    writeHead(area, kDesc_If);
     fCondition->WriteDescription(area, inner);
     newLineIndent(area, inner);
     fThen->WriteDescription(area, inner);
@@ -583,7 +545,7 @@ void RCExpression_Function::WriteDescription(DataArea* area, int indent) {
     writeChar(area, '(');
     writeText(area, text);
     writeChar(area, ' ');
-    WriteArguments(area, indent + 2 + static_cast<int>(std::strlen(text)));
+    WriteArguments(area, indent + headWidth(text));
     writeChar(area, ')');
 }
 
@@ -596,10 +558,10 @@ RCExpression* RCExpression_ArrayLabel::Reduce(RCScanner* scanner, RCBindings* bi
 
 void RCExpression_ArrayLabel::WriteDescription(DataArea* area, int indent) {
     char const* name = nameOf(fName);
-    writeText(area, "(arrayref ");
+    writeHead(area, kDesc_Arrayref);
     writeText(area, name);
     writeChar(area, ' ');
-    WriteArguments(area, indent + 10 + static_cast<int>(std::strlen(name)));
+    WriteArguments(area, indent + headWidth(kDesc_Arrayref) + static_cast<int>(std::strlen(name)));
     writeChar(area, ')');
 }
 
@@ -649,10 +611,8 @@ bool RCExpression_ArrayFunction::IsNumber() const {
     return true;
 }
 
-void RCExpression_ArrayFunction::WriteNamedForm(DataArea* area, char const* keyword) const {
-    writeChar(area, '(');
-    writeText(area, keyword);
-    writeChar(area, ' ');
+void RCExpression_ArrayFunction::WriteNamedForm(DataArea* area, RCDescriptionKeyword keyword) const {
+    writeHead(area, keyword);
     writeName(area, fName);
     writeChar(area, ')');
 }
@@ -663,7 +623,7 @@ RCExpression* RCExpression_CountOf::Reduce(RCScanner*, RCBindings* bindings, boo
 }
 
 void RCExpression_CountOf::WriteDescription(DataArea* area, int) {
-    WriteNamedForm(area, "$$CountOf");
+    WriteNamedForm(area, kDesc_CountOf);
 }
 
 RCExpression* RCExpression_ArrayIndex::Reduce(RCScanner*, RCBindings* bindings, bool& isConstant) const {
@@ -672,5 +632,5 @@ RCExpression* RCExpression_ArrayIndex::Reduce(RCScanner*, RCBindings* bindings, 
 }
 
 void RCExpression_ArrayIndex::WriteDescription(DataArea* area, int) {
-    WriteNamedForm(area, "$$ArrayIndex");
+    WriteNamedForm(area, kDesc_ArrayIndex);
 }

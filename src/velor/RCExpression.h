@@ -13,6 +13,7 @@
 #include <cstddef>
 
 #include "RCByteString.h"
+#include "RCDescription.h"
 #include "RCNumber.h"
 #include "RCPtr.h"
 
@@ -23,6 +24,16 @@ class RCBindings;
 class RCScanner;
 class RCValueCell;
 struct UniqueStruct;
+
+// The `$$` functions by number: their keyword tokens counted from `$$ArrayIndex`.
+enum RCFunction : int {
+    kFunction_ArrayIndex,
+    kFunction_BitField,
+    kFunction_Byte,
+    kFunction_CountOf,
+    kFunction_Long,
+    kFunction_Word,
+};
 
 class RCExpression {
 public:
@@ -256,7 +267,7 @@ public:
 
 protected:
     // "(keyword name)".
-    void WriteNamedForm(DataArea* area, char const* keyword) const;
+    void WriteNamedForm(DataArea* area, RCDescriptionKeyword keyword) const;
 
     UniqueStruct* fName;
 };

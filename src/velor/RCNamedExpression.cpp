@@ -1,14 +1,12 @@
 #include "RCNamedExpression.h"
 
+#include "MsgIds.h"
 #include "RCExpression.h"
 #include "RCPtr.h"
 #include "RCScanner.h"
 
 namespace {
 
-constexpr int kErrExpectedIdentifier = 32752;
-constexpr int kErrExpectedEquals = 32749;
-constexpr int kErrNotNumeric = 32741;
 
 }  // namespace
 
@@ -19,11 +17,11 @@ RCNamedExpression::~RCNamedExpression() { delete fValue; }
 
 RCNamedExpression* RCNamedExpression::ParseNamedValue(RCScanner* scanner, RCExpression* defaultValue) {
     RCPtr<RCExpression> value(defaultValue);
-    UniqueStruct* name = scanner->ScanName(kErrExpectedIdentifier);
+    UniqueStruct* name = scanner->ScanName(kMsg_ExpectedIdentifier);
     if (!name) return new RCNamedExpression(nullptr, nullptr);
     if (scanner->TokenType() == kPPScan_Assign || !value) {
         value = nullptr;
-        if (scanner->Scan(kPPScan_Assign, kErrExpectedEquals))
+        if (scanner->Scan(kPPScan_Assign, kMsg_ExpectedEquals))
             value = RCExpression::ParseExpression(scanner, -1);
     }
     if (!value) return new RCNamedExpression(nullptr, nullptr);
@@ -33,7 +31,7 @@ RCNamedExpression* RCNamedExpression::ParseNamedValue(RCScanner* scanner, RCExpr
 bool RCNamedExpression::IsNumber(RCScanner* scanner) {
     if (!fValue) return false;
     if (fValue->IsNumber()) return true;
-    scanner->Error(kErrNotNumeric, 0);
+    scanner->Error(kMsg_NotNumeric, 0);
     delete fValue;
     fValue = nullptr;
     return false;

@@ -2,11 +2,11 @@
 
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "RCScanner.h"
 
 namespace {
 
-enum : int { kMsgNoFloatOperator = 32651 };
 
 constexpr int kNoPriority = -1000;
 constexpr long kShiftMask = 63;
@@ -20,7 +20,7 @@ RCNumber floatTruth(bool value) {
 }
 
 RCNumber refuseFloat(RCScanner* scanner, char const* text) {
-    scanner->Error(kMsgNoFloatOperator, 1, text);
+    scanner->Error(kMsg_NoFloatOperator, 1, text);
     return RCNumber(0.0);
 }
 

@@ -3,13 +3,13 @@
 #include <cstring>
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "Msgs.h"
 #include "RCAlloc.h"
 #include "RCByteString.h"
 
 namespace {
 
-constexpr int kOutOfMemoryMessage = 32695;
 
 }  // namespace
 
@@ -40,7 +40,7 @@ void RCResource::AddContents(void const* bytes, long length) {
     RCFree(fContents);
     fContents = static_cast<char*>(RCAlloc(static_cast<size_t>(length)));
     if (fContents == nullptr) {
-        Msgs::Display(Msgs::kFatal, kOutOfMemoryMessage);  // ends the run
+        Msgs::Display(Msgs::kFatal, kMsg_OutOfMemory);  // ends the run
         return;
     }
     fContentsLength = length;

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "Options.h"
 #include "RCPrivMacResourceFile.h"
 
@@ -19,7 +20,7 @@ RCResource* RCResourceFile::Lookup(unsigned long type, short id) const {
 
 int RCResourceFile::AddResource(RCResource* resource) {
     auto [place, added] = fIndex.try_emplace(Key{resource->GetType(), resource->GetId()}, resource);
-    if (!added) return RESDUPRESOURCE;
+    if (!added) return kMsg_DuplicateResource;
     fResources.Append(new RCListItem<RCResource*>(resource));
     return 0;
 }

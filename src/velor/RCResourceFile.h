@@ -4,12 +4,9 @@
 #include <cstdint>
 #include <unordered_map>
 
+#include "MsgIds.h"
 #include "RCResource.h"
 #include "RCScope.h"
-
-// AddResource's answer for a type and id that are already taken; also the number of the warning
-// that its caller shows.
-constexpr int RESDUPRESOURCE = 32655;
 
 // The resources of one compilation, held until the end of the file so that a file with an error
 // writes nothing. The list keeps the order of insertion, which is the order of writing; an index
@@ -23,8 +20,9 @@ public:
     ~RCResourceFile();
 
     RCResource* Lookup(unsigned long type, short id) const;
-    // Takes ownership and answers 0; answers RESDUPRESOURCE and leaves the resource to the caller
-    // when its type and id are taken, so that the first resource of an id is the one kept.
+    // Takes ownership and answers 0; answers kMsg_DuplicateResource, the warning its caller shows,
+    // and leaves the resource to the caller when its type and id are taken, so that the first
+    // resource of an id is the one kept.
     int AddResource(RCResource* resource);
     // The first id from id upwards, wrapping from 32767 to -32768, that type has not taken.
     short UniqueResId(unsigned long type, short id) const;

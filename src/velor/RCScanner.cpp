@@ -2,6 +2,7 @@
 
 #include "Assertion.h"
 #include "IncDir.h"
+#include "MsgIds.h"
 #include "Msgs.h"
 #include "Options.h"
 #include "RCByteString.h"
@@ -114,11 +115,6 @@ constexpr long kMaxCharacters = 4;
 constexpr int kMaxOpenFiles = 64;
 
 // Numbers of the tool's message table.
-constexpr int kMixedStrings = 32665;
-constexpr int kTooManyCharacters = 32747;
-constexpr int kNonHexDigit = 32679;
-constexpr int kOddHexDigits = 32677;
-constexpr int kPartialHexGroup = 32678;
 
 bool IsWideWalkToken(int token) {
     return token == kPPScan_WideString || token == kPPScan_WideHexString || token == kPPScan_WideChar;
@@ -386,7 +382,7 @@ long RCScanner::EvalChar(bool wide) {
                      : (value << 8) + (static_cast<unsigned long>(character) & 0xFF);
         ++characters;
     }
-    if (characters > kMaxCharacters) Error(kTooManyCharacters, 0);
+    if (characters > kMaxCharacters) Error(kMsg_TooManyCharacters, 0);
     return static_cast<long>(value);
 }
 
@@ -421,7 +417,7 @@ int WidthForMerge(int stringType, int token) {
 bool RCScanner::MergeString(RCByteString& string) {
     int const width = WidthForMerge(string.fStringType, fTokenType);
     if (width == 0) {
-        Error(kMixedStrings, 0);
+        Error(kMsg_MixedStrings, 0);
         return false;
     }
     if (string.fStringType == RCByteString::kEmptyType)
@@ -441,7 +437,7 @@ bool RCScanner::AppendString(RCByteString& string, int width) {
     if (char const* quote = FindDelimit(fTokenText.GetReadPtr(), '"')) {
         char const* const limit = LiteralLimit();
         if (fTokenType == (width == 1 ? kPPScan_HexString : kPPScan_WideHexString)) {
-            if (!ReadHexGroups(quote + 1, limit, 2 * width, width == 1 ? kOddHexDigits : kPartialHexGroup, out))
+            if (!ReadHexGroups(quote + 1, limit, 2 * width, width == 1 ? kMsg_OddHexDigits : kMsg_PartialHexGroup, out))
                 return false;
         } else if (width == 1) {
             ReadTextBytes(quote + 1, limit, out);
@@ -474,7 +470,7 @@ bool RCScanner::ReadHexGroups(char const* p, char const* limit, int groupDigits,
         digits = 0;
     }
     if (p >= limit || *p != '"') {
-        Error(kNonHexDigit, 0);
+        Error(kMsg_NonHexDigit, 0);
         return false;
     }
     if (digits != 0) {
@@ -688,7 +684,7 @@ void RCScanner::DoPragmaLine() {
 
 void RCScanner::DoErrorLine(char* line) {
     displayFileLine(this);
-    Msgs::Display(8, "%s\n", line);
+    Msgs::Display(Msgs::kError, "%s\n", line);
 }
 
 // #line renames the file for __FILE__ at once; messages keep the name of the file as it was
@@ -730,7 +726,7 @@ void RCScanner::Error(int code, int argCount, ...) {
     va_list arguments;
     va_start(arguments, argCount);
     displayFileLine(this);
-    DisplayMessage(8, code, argCount, arguments);
+    DisplayMessage(Msgs::kError, code, argCount, arguments);
     va_end(arguments);
 }
 
@@ -738,7 +734,7 @@ void RCScanner::Warning(int code, int argCount, ...) {
     va_list arguments;
     va_start(arguments, argCount);
     displayFileLine(this);
-    DisplayMessage(4, code, argCount, arguments);
+    DisplayMessage(Msgs::kWarning, code, argCount, arguments);
     va_end(arguments);
 }
 

@@ -3,51 +3,23 @@
 #include <new>
 
 #include "Assertion.h"
-#include "Options.h"
+#include "MsgIds.h"
 #include "RCAlloc.h"
 #include "RCBindings.h"
 #include "RCDescription.h"
+#include "RCDescriptionTrace.h"
 #include "RCExpression.h"
 #include "RCPtr.h"
 #include "RCScanner.h"
-#include "RCStatement_Number.h"
+#include "RCStatementFactory.h"
 
 namespace {
-
-constexpr int kErrTypeSpecification = 32751;
-constexpr int kErrExpectedSemicolonOrCurly = 32722;
-constexpr int kErrExpectedCurly = 32743;
-constexpr int kErrNotNumeric = 32741;
-constexpr int kErrExpectedString = 32754;
-constexpr int kErrExpectedBracket = 32750;
-
-// The parser of the statement that the current token opens, or null if no statement starts here.
-using StatementParser = RCStatement* (*)(RCScanner*);
-
-RCStatement* ParseIntegerField(RCScanner* scanner) { return RCStatement_Number::ParseNumber(scanner, true); }
-RCStatement* ParseRealField(RCScanner* scanner) { return RCStatement_Number::ParseNumber(scanner, false); }
-
-StatementParser ParserForKeyword(int token) {
-    switch (token) {
-    case kRCScan_Bitstring:
-    case kRCScan_Boolean:
-    case kRCScan_Byte:
-    case kRCScan_Integer:
-    case kRCScan_Longint:
-        return ParseIntegerField;
-    case kRCScan_Double:
-    case kRCScan_Single:
-        return ParseRealField;
-    default:
-        return nullptr;
-    }
-}
 
 // A statement needs ';' behind it, unless it closes its list.
 RCStatement* ExpectTerminator(RCScanner* scanner, RCStatement* statement) {
     RCPtr<RCStatement> owned(statement);
     if (!scanner->Scan(kPPScan_Semicolon) && scanner->TokenType() != kPPScan_RCurly) {
-        scanner->Error(kErrExpectedSemicolonOrCurly, 0);
+        scanner->Error(kMsg_ExpectedSemicolonOrRCurly, 0);
         return nullptr;
     }
     return owned.Release();
@@ -79,17 +51,15 @@ bool RCStatement::CreateResource_File(RCBindings* bindings, RCScanner* scanner, 
 
 char RCStatement::LabelWidth() { return 0; }
 
-bool RCStatement::DescriptionsOn() { return gOptions->GetWriteDescriptions(); }
-
 RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {
     // Modifiers are accepted in this order only, and have no effect on what follows.
     ScanKeyword(scanner, kRCScan_Unsigned);
     ScanRadix(scanner);
     ScanKeyword(scanner, kRCScan_Wide);
 
-    StatementParser parser = ParserForKeyword(scanner->TokenType());
+    RCStatementParser parser = ParserForKeyword(scanner->TokenType());
     if (!parser) {
-        scanner->Error(kErrTypeSpecification, 0);
+        scanner->Error(kMsg_TypeSpecificationError, 0);
         return nullptr;
     }
     RCStatement* statement = parser(scanner);
@@ -104,7 +74,7 @@ RCStatement* RCStatement::ParseCompound(RCScanner* aScanner) {
         aScanner->ScanUntil(kPPScan_RCurly);
         return nullptr;
     }
-    if (!aScanner->ScanUntil(kPPScan_RCurly, kErrExpectedCurly)) return nullptr;
+    if (!aScanner->ScanUntil(kPPScan_RCurly, kMsg_ExpectedRCurly)) return nullptr;
     return new RCStatement_Compound(statements);
 }
 
@@ -128,23 +98,27 @@ int RCStatement::ScanRadix(RCScanner* scanner) {
 }
 
 RCExpression* RCStatement::ScanNumber(RCScanner* scanner) {
-    return ScanExpression(scanner, &RCExpression::IsNumber, kErrNotNumeric);
+    return ScanExpression(scanner, &RCExpression::IsNumber, kMsg_NotNumeric);
 }
 
 RCExpression* RCStatement::ScanString(RCScanner* scanner) {
-    return ScanExpression(scanner, &RCExpression::IsString, kErrExpectedString);
+    return ScanExpression(scanner, &RCExpression::IsString, kMsg_ExpectedString);
 }
 
 RCExpression* RCStatement::ScanLength(RCScanner* scanner) {
     RCExpression* length = ScanNumber(scanner);
-    scanner->ScanUntil(kPPScan_RBrace, kErrExpectedBracket);
+    scanner->ScanUntil(kPPScan_RBrace, kMsg_ExpectedRBracket);
     return length;
+}
+
+void RCStatement::ScanValueSeparator(RCScanner* scanner) {
+    if (!scanner->Scan(kPPScan_Semicolon)) scanner->Scan(kPPScan_Comma);
 }
 
 long RCStatement::EvalNumber(RCExpression* expression, RCScanner* scanner) {
     if (!expression) return 0;
     if (!expression->IsNumber()) {
-        scanner->Error(kErrNotNumeric, 0);
+        scanner->Error(kMsg_NotNumeric, 0);
         return 0;
     }
     RCBindings scratch(scanner->GetSymbolTable(), nullptr, 0, 0);
@@ -161,7 +135,10 @@ void RCStatementList::Append(RCStatement* statement) {
 
 bool RCStatement_Null::CreateResource(RCBindings*, RCScanner*) { return true; }
 
-void RCStatement_Null::WriteDescription(DataArea* area, int) { writeText(area, "(null)"); }
+void RCStatement_Null::WriteDescription(DataArea* area, int) {
+    writeHead(area, kDesc_Null);
+    writeChar(area, ')');
+}
 
 bool RCStatement_Null::ConsumesInput() const { return false; }
 
@@ -182,28 +159,17 @@ RCStatement_Compound::RCStatement_Compound(RCStatementList& statements)
     : RCStatement_Multiple(statements) {}
 
 bool RCStatement_Compound::CreateResource(RCBindings* bindings, RCScanner* scanner) {
-    if (!DescriptionsOn()) return CreateChildren(bindings, scanner);
-    DataArea* trace = bindings->GetDescriptionArea();
-    writeText(trace, "(prog");
-    bindings->IncrementDescriptionIndent(2);
-    bool created = CreateChildren(bindings, scanner);
-    bindings->IncrementDescriptionIndent(-2);
-    writeChar(trace, ')');
-    return created;
-}
-
-bool RCStatement_Compound::CreateChildren(RCBindings* bindings, RCScanner* scanner) {
-    bool tracing = DescriptionsOn();
+    RCTraceScope trace(bindings, kDesc_Prog);
     RCListIterator<RCStatementList> children(fStatements);
     while (auto* child = children.Next()) {
-        if (tracing) newLineIndent(bindings->GetDescriptionArea(), bindings->GetDescriptionIndent());
+        trace.NewLine();
         if (!child->fValue->CreateResource(bindings, scanner)) return false;
     }
     return true;
 }
 
 void RCStatement_Compound::WriteDescription(DataArea* area, int indent) {
-    writeText(area, "(prog");
+    writeHead(area, kDesc_Prog);
     RCListIterator<RCStatementList> children(fStatements);
     while (auto* child = children.Next()) {
         newLineIndent(area, indent + 2);

@@ -50,15 +50,14 @@ public:
     // A numeric expression followed by ']'; the expression is returned even if the bracket is not
     // where it belongs.
     static RCExpression* ScanLength(RCScanner* scanner);
+    // Takes the separator behind a value of the value list: ';', else ','. At most one belongs to
+    // the value; a second one is left for the next field.
+    static void ScanValueSeparator(RCScanner* scanner);
     // Evaluates an expression while a type is parsed, with no resource to refer to.
     static long EvalNumber(RCExpression* expression, RCScanner* scanner);
 
     // The token value behind the last keyword: what ScanKeyword and ScanRadix answer for "absent".
     static constexpr int kNoKeyword = 125;
-
-protected:
-    // True while a description of each instance is being traced into its bindings.
-    static bool DescriptionsOn();
 };
 
 // Owns its statements: destroying the list destroys them. Copying takes the items away from the
@@ -106,7 +105,4 @@ public:
     // Parses the entries of a list up to, not including, its closing '}' or the next 'case'.
     // On entry the current token stands behind the opening brace or the case's ':'.
     static bool ParseCompound(RCScanner* scanner, RCStatementList& statements);
-
-private:
-    bool CreateChildren(RCBindings* bindings, RCScanner* scanner);
 };

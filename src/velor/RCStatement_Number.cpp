@@ -1,8 +1,10 @@
 #include "RCStatement_Number.h"
 
 #include "Assertion.h"
+#include "MsgIds.h"
 #include "RCBindings.h"
 #include "RCDescription.h"
+#include "RCDescriptionTrace.h"
 #include "RCExpression.h"
 #include "RCNamedExpression.h"
 #include "RCScanner.h"
@@ -10,10 +12,6 @@
 
 namespace {
 
-constexpr int kErrExpectedBracketAfterBitstring = 32708;
-constexpr int kErrForwardExpression = 32703;
-constexpr int kErrNotNumericName = 32725;
-constexpr int kErrExpectedIdentifier = 32752;
 
 // The width of the field that the keyword opens; bitstring's width is read separately.
 short WidthOfKeyword(int token) {
@@ -47,7 +45,7 @@ RCStatement* RCStatement_Number::ParseNumber(RCScanner* scanner, bool isInteger)
 
     short width;
     if (keyword == kRCScan_Bitstring) {
-        if (!scanner->Scan(kPPScan_LBrace, kErrExpectedBracketAfterBitstring)) return nullptr;
+        if (!scanner->Scan(kPPScan_LBrace, kMsg_ExpectedBracketAfterBitstring)) return nullptr;
         RCPtr<RCExpression> length(ScanLength(scanner));
         if (!length) return nullptr;
         width = static_cast<short>(EvalNumber(length, scanner));
@@ -78,7 +76,7 @@ bool RCStatement_Number::ParseSymbolicValues(RCScanner* scanner, RCNamedList<RCN
         bool isConstant = false;
         RCPtr<RCExpression> reduced(entry->fValue->Reduce(scanner, &scratch, isConstant));
         if (!isConstant) {
-            scanner->Error(kErrForwardExpression, 0);
+            scanner->Error(kMsg_ForwardExpressionFailed, 0);
             return false;
         }
         RCNumber value = reduced->Evaluate(scanner, &scratch);
@@ -89,15 +87,10 @@ bool RCStatement_Number::ParseSymbolicValues(RCScanner* scanner, RCNamedList<RCN
 }
 
 bool RCStatement_Number::CreateResource(RCBindings* bindings, RCScanner* scanner) {
-    if (DescriptionsOn()) {
-        DataArea* trace = bindings->GetDescriptionArea();
-        WriteKindAndWidth(trace);
-        writeChar(trace, ')');
-    }
+    TraceKindAndWidth(bindings);
     if (!ConsumesInput()) return bindings->AddValue(scanner, fValueExpr, fWidth, fIsInteger);
     if (!AddInputValue(bindings, scanner)) return false;
-    // At most one separator belongs to the value; a second one is left for the next field.
-    if (!scanner->Scan(kPPScan_Semicolon)) scanner->Scan(kPPScan_Comma);
+    ScanValueSeparator(scanner);
     return true;
 }
 
@@ -110,29 +103,32 @@ bool RCStatement_Number::AddInputValue(RCBindings* bindings, RCScanner* scanner)
 }
 
 bool RCStatement_Number::AddSymbolicValue(RCBindings* bindings, RCScanner* scanner) {
-    UniqueStruct* name = scanner->ScanName(kErrExpectedIdentifier);
+    UniqueStruct* name = scanner->ScanName(kMsg_ExpectedIdentifier);
     RCNamedValue* symbol = fValues.Lookup(name);
     if (!symbol) {
-        scanner->Error(kErrNotNumericName, 1, nameOf(name));
+        scanner->Error(kMsg_NotANumericName, 1, nameOf(name));
         return false;
     }
     return bindings->AddValue(scanner, symbol->fValue, fWidth, fIsInteger);
 }
 
-void RCStatement_Number::WriteKindAndWidth(DataArea* area) const {
-    writeText(area, fIsInteger ? "(bitstring " : "(float ");
-    writeNumber(area, static_cast<long>(fWidth));
+RCDescriptionKeyword RCStatement_Number::Kind() const { return fIsInteger ? kDesc_Bitstring : kDesc_Float; }
+
+void RCStatement_Number::TraceKindAndWidth(RCBindings* bindings) const {
+    RCTraceScope trace(bindings, Kind());
+    if (trace.Area()) writeNumber(trace.Area(), static_cast<long>(fWidth));
 }
 
 void RCStatement_Number::WriteDescription(DataArea* area, int indent) {
-    WriteKindAndWidth(area);
+    writeHead(area, Kind());
+    writeNumber(area, static_cast<long>(fWidth));
     if (fValueExpr) {
         newLineIndent(area, indent + 2);
-        writeText(area, "(value ");
+        writeHead(area, kDesc_Value);
         fValueExpr->WriteDescription(area, indent + 4);
         writeChar(area, ')');
     }
-    writeNamedNumbers(area, indent + 2, "(oneof", fValues);
+    writeNamedNumbers(area, indent + 2, kDesc_Oneof, fValues);
     writeChar(area, ')');
 }
 

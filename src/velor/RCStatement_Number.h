@@ -1,5 +1,6 @@
 #pragma once
 
+#include "RCDescription.h"
 #include "RCNamedValue.h"
 #include "RCPtr.h"
 #include "RCStatement.h"
@@ -29,8 +30,10 @@ private:
     // One value of a value list: a symbolic name or an expression.
     bool AddInputValue(RCBindings* bindings, RCScanner* scanner);
     bool AddSymbolicValue(RCBindings* bindings, RCScanner* scanner);
-    // "(bitstring 8" or "(float 64", the head that both descriptions share.
-    void WriteKindAndWidth(DataArea* area) const;
+    // The description keyword of the field's kind: bitstring or float.
+    RCDescriptionKeyword Kind() const;
+    // The instance trace of the field, written before its value is laid.
+    void TraceKindAndWidth(RCBindings* bindings) const;
 
     RCNamedList<RCNamedValue> fValues;
     RCPtr<RCExpression> fValueExpr;

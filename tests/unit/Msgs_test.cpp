@@ -3,6 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <regex>
+#include <set>
+#include <sstream>
 #include <string>
 
 namespace {
@@ -41,6 +46,27 @@ TEST(Msgs, NumberedMessagesComeFromTheTableWithALineEnd) {
               Shown(kStartMask, [] { Msgs::Display(4, 32650); }));
     EXPECT_EQ("# Warning: Message 77.  Error string not found in VELOR error string table\n",
               Shown(kStartMask, [] { Msgs::Display(4, 77); }));
+}
+
+// The names are read from the header itself, so that a name added without its row, or given a
+// number that another name already has, is caught without a second list to keep.
+TEST(Msgs, EveryNamedIdHasItsOwnRowInTheTable) {
+    std::ifstream header(VELOR_MSG_IDS_HEADER);
+    ASSERT_TRUE(header) << VELOR_MSG_IDS_HEADER;
+    std::stringstream text;
+    text << header.rdbuf();
+    std::string const source = text.str();
+    std::regex const entry(R"((kMsg_\w+) = (-?\d+),)");
+    std::set<long> seen;
+    for (auto it = std::sregex_iterator(source.begin(), source.end(), entry); it != std::sregex_iterator(); ++it) {
+        long const id = std::stol((*it)[2]);
+        EXPECT_TRUE(seen.insert(id).second) << (*it)[1] << " repeats " << id;
+        char buffer[512];
+        std::string const missing = "Message " + std::to_string(id) + ".  Error string not found";
+        EXPECT_NE(0, std::strncmp(Msgs::GetErrorFileText(id, buffer, sizeof buffer), missing.c_str(), missing.size()))
+            << (*it)[1] << " = " << id;
+    }
+    EXPECT_GT(seen.size(), 100u) << "the header was not read as a list of names";
 }
 
 TEST(Msgs, GetErrorFileTextTruncatesToTheBuffer) {

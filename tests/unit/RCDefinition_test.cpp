@@ -12,6 +12,7 @@
 #include "RCResourceFile.h"
 #include "RCScanner.h"
 #include "RCSymTbl.h"
+#include "RCTopLevel.h"
 #include "UniqueNames.h"
 
 namespace {
@@ -27,20 +28,14 @@ protected:
     }
     ~Compilation() override { gOptions = fPreviousOptions; }
 
-    // Runs every statement of the text, as the tool's loop would without stopping on errors, and
+    // Runs every statement of the text through the tool's loop, without stopping on errors, and
     // returns the messages shown.
     std::string Compile(char const* text) {
         uint32_t errorsBefore = Msgs::GetErrorCount();
         testing::internal::CaptureStderr();
         fScanner.PushInput(fScanner.ReadFile(text, "test.vd"));
-        for (int token = fScanner.NextToken(); token != kPPScan_EOF; token = fScanner.TokenType()) {
-            if (token == kRCScan_Type)
-                RCDefinition::ParseDefinition(&fScanner);
-            else if (token == kRCScan_Resource)
-                RCDefinition::DoResource(&fScanner, &fResources);
-            else
-                fScanner.NextToken();
-        }
+        fScanner.NextToken();
+        CompileTopLevel(&fScanner, &fResources, [] {});
         fErrors = Msgs::GetErrorCount() - errorsBefore;
         return testing::internal::GetCapturedStderr();
     }

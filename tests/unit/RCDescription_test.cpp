@@ -36,9 +36,9 @@ TEST(RCDescription, LinesIndentWithBlanksAndNamedNumbersStandOnLinesOfTheirOwn) 
     RCNamedList<RCNamedValue> values;
     values.Append(uniqueOf("on"), RCNumber(1L));
     values.Append(uniqueOf("off"), RCNumber(0L));
-    writeNamedNumbers(&area, 1, "(oneof", values);
+    writeNamedNumbers(&area, 1, kDesc_Oneof, values);
     RCNamedList<RCNamedValue> none;
-    writeNamedNumbers(&area, 1, "(args ", none);
+    writeNamedNumbers(&area, 1, kDesc_Args, none);
     writeBlanks(&area, -3);
     newLineIndent(&area, 1);
     EXPECT_EQ("\n (oneof\n   (on 1)\n   (off 0))\n ", Text(area));

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "MsgIds.h"
 #include "Msgs.h"
 #include "Options.h"
 #include "TempFolder.h"
@@ -29,7 +30,7 @@ TEST(RCResourceFile, KeepsTheFirstOfATypeAndIdAndFindsFreeIds) {
     for (RCResource* resource : {first, MakeResource(kText, -1), MakeResource(kText + 1, 1), MakeResource(kText, 32767)})
         EXPECT_EQ(file.AddResource(resource), 0);
     RCResource second(kText, 1);
-    EXPECT_EQ(file.AddResource(&second), RESDUPRESOURCE);
+    EXPECT_EQ(file.AddResource(&second), kMsg_DuplicateResource);
     EXPECT_EQ(file.Lookup(kText, 1), first);
     EXPECT_EQ(file.Lookup(kText, 2), nullptr);
 

@@ -1,0 +1,12 @@
+// A refused level still counts until its guard ends, so every level taken is given back once.
+
+#include "RCNestingGuard.h"
+
+#include "RCScanner.h"
+
+bool RCNestingGuard::Deeper(RCScanner* scanner) {
+    ++fTaken;
+    if (++fNesting.fDepth <= fNesting.fLimit) return true;
+    scanner->Error(fNesting.fMessage, 0);
+    return false;
+}

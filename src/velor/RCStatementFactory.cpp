@@ -1,0 +1,34 @@
+// The table from opening keyword to statement parser, searched in order; one row per keyword.
+
+#include "RCStatementFactory.h"
+
+#include "RCScanner.h"
+#include "RCStatement_Number.h"
+
+namespace {
+
+RCStatement* ParseIntegerField(RCScanner* scanner) { return RCStatement_Number::ParseNumber(scanner, true); }
+RCStatement* ParseRealField(RCScanner* scanner) { return RCStatement_Number::ParseNumber(scanner, false); }
+
+struct FactoryRow {
+    int fKeyword;
+    RCStatementParser fParser;
+};
+
+constexpr FactoryRow kFactoryRows[] = {
+    {kRCScan_Bitstring, ParseIntegerField},
+    {kRCScan_Boolean, ParseIntegerField},
+    {kRCScan_Byte, ParseIntegerField},
+    {kRCScan_Integer, ParseIntegerField},
+    {kRCScan_Longint, ParseIntegerField},
+    {kRCScan_Double, ParseRealField},
+    {kRCScan_Single, ParseRealField},
+};
+
+}  // namespace
+
+RCStatementParser ParserForKeyword(int token) {
+    for (FactoryRow const& row : kFactoryRows)
+        if (row.fKeyword == token) return row.fParser;
+    return nullptr;
+}
