@@ -14,6 +14,7 @@
 
 #include "Assertion.h"
 #include "RCBindings.h"
+#include "RCDescription.h"
 
 namespace {
 
@@ -25,40 +26,38 @@ constexpr int kMaxDepth = 1000;
 constexpr unsigned long kMaxNumberWord = 64;
 
 struct KnownName {
-    char const* name;
-    unsigned long length;
+    RCDescriptionKeyword keyword;
     int code;
 };
 
-// Searched in this order; the row without a name ends it.
+// The words the reader knows, in the order it searches them; every other word is unknown.
 constexpr KnownName nameMap[] = {
-    {"align", 5, RCDescWalkerHelper::kAlign},
-    {"args", 4, RCDescWalkerHelper::kArgs},
-    {"array", 5, RCDescWalkerHelper::kArray},
-    {"as", 2, RCDescWalkerHelper::kAs},
-    {"auto", 4, RCDescWalkerHelper::kAuto},
-    {"bitstring", 9, RCDescWalkerHelper::kBitString},
-    {"case", 4, RCDescWalkerHelper::kCase},
-    {"count", 5, RCDescWalkerHelper::kCount},
-    {"fill", 4, RCDescWalkerHelper::kFill},
-    {"fillspec", 8, RCDescWalkerHelper::kFillSpec},
-    {"float", 5, RCDescWalkerHelper::kFloat},
-    {"label", 5, RCDescWalkerHelper::kLabel},
-    {"length", 6, RCDescWalkerHelper::kLength},
-    {"multistring", 11, RCDescWalkerHelper::kMultiString},
-    {"name", 4, RCDescWalkerHelper::kName},
-    {"null", 4, RCDescWalkerHelper::kNull},
-    {"oneof", 5, RCDescWalkerHelper::kOneOf},
-    {"prog", 4, RCDescWalkerHelper::kProg},
-    {"restype", 7, RCDescWalkerHelper::kResType},
-    {"set", 3, RCDescWalkerHelper::kSet},
-    {"static", 6, RCDescWalkerHelper::kStatic},
-    {"string", 6, RCDescWalkerHelper::kString},
-    {"switch", 6, RCDescWalkerHelper::kSwitch},
-    {"super", 5, RCDescWalkerHelper::kSuper},
-    {"type", 4, RCDescWalkerHelper::kType},
-    {"value", 5, RCDescWalkerHelper::kValue},
-    {nullptr, 0, RCDescWalkerHelper::kUnknown},
+    {kDesc_Align, RCDescWalkerHelper::kAlign},
+    {kDesc_Args, RCDescWalkerHelper::kArgs},
+    {kDesc_Array, RCDescWalkerHelper::kArray},
+    {kDesc_As, RCDescWalkerHelper::kAs},
+    {kDesc_Auto, RCDescWalkerHelper::kAuto},
+    {kDesc_Bitstring, RCDescWalkerHelper::kBitString},
+    {kDesc_Case, RCDescWalkerHelper::kCase},
+    {kDesc_Count, RCDescWalkerHelper::kCount},
+    {kDesc_Fill, RCDescWalkerHelper::kFill},
+    {kDesc_Fillspec, RCDescWalkerHelper::kFillSpec},
+    {kDesc_Float, RCDescWalkerHelper::kFloat},
+    {kDesc_Label, RCDescWalkerHelper::kLabel},
+    {kDesc_Length, RCDescWalkerHelper::kLength},
+    {kDesc_Multistring, RCDescWalkerHelper::kMultiString},
+    {kDesc_Name, RCDescWalkerHelper::kName},
+    {kDesc_Null, RCDescWalkerHelper::kNull},
+    {kDesc_Oneof, RCDescWalkerHelper::kOneOf},
+    {kDesc_Prog, RCDescWalkerHelper::kProg},
+    {kDesc_Restype, RCDescWalkerHelper::kResType},
+    {kDesc_Set, RCDescWalkerHelper::kSet},
+    {kDesc_Static, RCDescWalkerHelper::kStatic},
+    {kDesc_String, RCDescWalkerHelper::kString},
+    {kDesc_Switch, RCDescWalkerHelper::kSwitch},
+    {kDesc_Super, RCDescWalkerHelper::kSuper},
+    {kDesc_Type, RCDescWalkerHelper::kType},
+    {kDesc_Value, RCDescWalkerHelper::kValue},
 };
 
 PP_CTextReader readerOver(char const* text) {
@@ -436,10 +435,10 @@ unsigned long RCDescWalkerHelper::ReadNumber(PP_CTextReader& aTextReader) {
 }
 
 int RCDescWalkerHelper::MapName(PP_CTextReader aTextReader) {
-    for (KnownName const* row = nameMap; row->name != nullptr; ++row)
-        if (row->length == aTextReader.Readable() &&
-            std::memcmp(row->name, aTextReader.GetReadPtr(), row->length) == 0)
-            return row->code;
+    for (KnownName const& row : nameMap) {
+        char const* word = descriptionWord(row.keyword);
+        if (sameWord(PP_CTextReader(word, std::strlen(word)), aTextReader)) return row.code;
+    }
     return kUnknown;
 }
 

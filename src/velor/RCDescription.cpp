@@ -26,8 +26,11 @@ constexpr DescriptionWord kDescriptionWords[] = {
     {"type", true},      {"restype", true}, {"super", true}, {"as", true},       {"args", true},
     {"prog", false},     {"null", false},   {"bitstring", true}, {"float", true}, {"value", true},
     {"oneof", false},    {"if", true},      {"arrayref", true},  {"$$CountOf", true}, {"$$ArrayIndex", true},
+    {"align", true},     {"array", false},  {"auto", true},      {"case", true},      {"count", true},
+    {"fill", true},      {"fillspec", false}, {"label", true},   {"length", true},    {"multistring", false},
+    {"name", true},      {"set", true},     {"static", true},    {"string", true},    {"switch", true},
 };
-static_assert(sizeof kDescriptionWords / sizeof kDescriptionWords[0] == kDesc_ArrayIndex + 1);
+static_assert(sizeof kDescriptionWords / sizeof kDescriptionWords[0] == kDesc_Switch + 1);
 
 }  // namespace
 

@@ -28,6 +28,21 @@ enum RCDescriptionKeyword : int {
     kDesc_Arrayref,
     kDesc_CountOf,
     kDesc_ArrayIndex,
+    kDesc_Align,
+    kDesc_Array,
+    kDesc_Auto,
+    kDesc_Case,
+    kDesc_Count,
+    kDesc_Fill,
+    kDesc_Fillspec,
+    kDesc_Label,
+    kDesc_Length,
+    kDesc_Multistring,
+    kDesc_Name,
+    kDesc_Set,
+    kDesc_Static,
+    kDesc_String,
+    kDesc_Switch,
 };
 
 char const* descriptionWord(RCDescriptionKeyword keyword);
