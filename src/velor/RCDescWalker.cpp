@@ -15,13 +15,15 @@
 #include "Assertion.h"
 #include "RCBindings.h"
 #include "RCDescription.h"
+#include "RCNestingGuard.h"
 
 namespace {
 
 constexpr unsigned long kBitsPerByte = 8;
 // Deeper nesting than any type declares; a text nested further is taken for damage rather than
-// risk the stack.
+// risk the stack. The walk refuses by throwing, so its nesting has no message.
 constexpr int kMaxDepth = 1000;
+constexpr int kNoMessage = 0;
 // The longest number word worth reading: more digits only saturate the value anyway.
 constexpr unsigned long kMaxNumberWord = 64;
 
@@ -81,23 +83,6 @@ bool isOneOf(char c, char const* digits) { return c != '\0' && std::strchr(digit
 
 [[noreturn]] void badDescription() { throw RC_xBadDescription(); }
 
-// Counts the nesting of walks for the life of one Walk call.
-class DepthGuard {
-public:
-    explicit DepthGuard(int& depth) : fDepth(depth) {
-        if (++fDepth > kMaxDepth) {
-            --fDepth;
-            badDescription();
-        }
-    }
-    ~DepthGuard() { --fDepth; }
-    DepthGuard(DepthGuard const&) = delete;
-    DepthGuard& operator=(DepthGuard const&) = delete;
-
-private:
-    int& fDepth;
-};
-
 }  // namespace
 
 RCDescWalker::RCDescWalker(void const* data, unsigned long dataSize, char const* resourceDesc,
@@ -118,13 +103,14 @@ RCDescWalkerHelper::RCDescWalkerHelper(void const* data, unsigned long dataSize,
       fBit(std::min(bit, dataSize * kBitsPerByte)),
       fIndent(indent),
       fLineOpen(false),
-      fDepth(0) {}
+      fNesting{kMaxDepth, kNoMessage} {}
 
 bool RCDescWalkerHelper::Walk(PP_CTextReader& aTypeDesc, PP_CTextReader& aResourceDesc) {
     if (aResourceDesc.IsEOF()) return true;
     // More traces than the type has statements.
     if (aTypeDesc.IsEOF()) badDescription();
-    DepthGuard depth(fDepth);
+    RCNestingGuard depth(fNesting);
+    if (!depth.TryDeeper()) badDescription();
     switch (PeekSExpr(aTypeDesc)) {
     case kAlign: return Walk_Align(aTypeDesc, aResourceDesc);
     case kArray: return Walk_Array(aTypeDesc, aResourceDesc);

@@ -14,6 +14,7 @@
 #include <exception>
 
 #include "PPText.h"
+#include "RCNestingGuard.h"
 
 class RC_xBadDescription : public std::exception {
 public:
@@ -151,5 +152,5 @@ private:
     unsigned long fBit;
     int fIndent;
     bool fLineOpen;
-    int fDepth;
+    RCNesting fNesting;
 };
