@@ -46,6 +46,8 @@ int SBuffer::AdvanceCursor(unsigned long& n) {
     return result;
 }
 
+// At the limit itself there is no byte left to give, so the end shows there, and the cursor never
+// passes the limit for a later Read to count back from.
 int RSBuffer::GetChar() {
     if (BytesLeft() == 0) return -1;
     return static_cast<unsigned char>(*fCursor++);
