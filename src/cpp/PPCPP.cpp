@@ -1,3 +1,6 @@
+// The preprocessor engine's token loop: directives at the start of a line, the conditional
+// stack, and macro calls expanded into temp text that is pushed as a further input.
+
 #include "PPCPP.h"
 
 #include <cstdio>

@@ -1,3 +1,6 @@
+// The preprocessor as a token source: PP_CPP reads tokens from a stack of inputs, acts on
+// directives and expands macros, and a concrete preprocessor supplies what only it knows.
+
 #ifndef PPCPP_H
 #define PPCPP_H
 

@@ -1,3 +1,6 @@
+// #define, #undef and macro expansion. A body is prepared once into text with control bytes for
+// its parameters, and a call is expanded text to text into temp memory.
+
 #include "PPCPPHlp.h"
 
 #include <cstring>

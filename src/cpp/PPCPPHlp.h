@@ -1,3 +1,5 @@
+// The macro machinery of the preprocessor, kept apart from the directive loop of PP_CPP.
+
 #ifndef PPCPPHLP_H
 #define PPCPPHLP_H
 

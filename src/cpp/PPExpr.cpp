@@ -1,3 +1,6 @@
+// The #if evaluator: an operator-precedence machine over two fixed stacks, so that nesting is
+// bounded by their size rather than by the process stack.
+
 #include "PPExpr.h"
 
 #include <cctype>

@@ -1,3 +1,5 @@
+// Constant expressions of #if and #elif, evaluated in signed 32-bit arithmetic.
+
 #ifndef PPEXPR_H
 #define PPEXPR_H
 

@@ -1,3 +1,6 @@
+// The records of the preprocessor's input stack: each is a text reader with a link, so files
+// and macro expansions are read the same way.
+
 #ifndef PPINPUT_H
 #define PPINPUT_H
 

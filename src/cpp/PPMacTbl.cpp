@@ -1,3 +1,5 @@
+// The macro table as fixed hash chains in the per-file arena; a name is found by its bytes.
+
 #include "PPMacTbl.h"
 
 #include <cstring>

@@ -1,3 +1,5 @@
+// The macro table: names to prepared bodies, plus the special macros answered by a function.
+
 #ifndef PPMACTBL_H
 #define PPMACTBL_H
 

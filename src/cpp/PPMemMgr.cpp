@@ -1,3 +1,5 @@
+// The per-file arena: permanent blocks, recycled input records and bulk-dropped temp memory.
+
 #include "PPMemMgr.h"
 
 #include <cstddef>

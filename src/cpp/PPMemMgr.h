@@ -1,3 +1,6 @@
+// Memory of the preprocessor, in three classes by lifetime, so that the text of a macro
+// expansion costs nothing to free.
+
 #ifndef PPMEMMGR_H
 #define PPMEMMGR_H
 

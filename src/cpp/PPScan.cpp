@@ -1,3 +1,6 @@
+// The character scanner: one token at a time from a text reader, with the token's kind
+// decided by its first characters and its text left in place.
+
 #include "PPScan.h"
 
 #include <cctype>

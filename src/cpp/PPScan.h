@@ -1,3 +1,5 @@
+// The character scanner of the preprocessor and the token numbers that every parser shares.
+
 #ifndef PPSCAN_H
 #define PPSCAN_H
 

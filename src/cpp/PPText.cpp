@@ -1,3 +1,5 @@
+// Text readers, and the writers that build text in the arena's permanent or temp memory.
+
 #include "PPText.h"
 
 #include <cstring>

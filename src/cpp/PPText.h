@@ -1,3 +1,6 @@
+// Text as pairs of pointers over bytes that the reader does not own: the currency of all text
+// in the preprocessor, passed by value and never NUL-terminated.
+
 #ifndef PPTEXT_H
 #define PPTEXT_H
 

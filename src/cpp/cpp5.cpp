@@ -1,3 +1,5 @@
+// The preprocessor's fixed tables: message texts by code and the directive words.
+
 #include "cpp5.h"
 
 #include <cstring>

@@ -1,3 +1,6 @@
+// The preprocessor's message codes and directive words, one table each, shared by its parts and
+// by the resource scanner, which shows the preprocessor's messages by these codes.
+
 #ifndef CPP5_H
 #define CPP5_H
 

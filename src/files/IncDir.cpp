@@ -1,3 +1,6 @@
+// Include directories and the files found in them, both kept in the permanent arena; a file is
+// looked for by joining the directory's spelling and the name.
+
 #include "IncDir.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Path splitting and joining for the include search, on '/' separated names.
+
 #include "PathName.h"
 
 #include <cstring>

@@ -1,3 +1,5 @@
+// The search through the include directories in order; the first directory that has the file wins.
+
 #include "SearchPath.h"
 
 #include "IncDir.h"

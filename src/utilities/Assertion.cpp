@@ -1,3 +1,5 @@
+// The stop on a failed invariant: the message is written and the process ends at once.
+
 #include "Assertion.h"
 
 #include <cstdio>

@@ -1,3 +1,5 @@
+// Invariant checks that stay on in every build, so a broken invariant stops with a clear
+// message instead of running on into undefined behaviour.
 #pragma once
 
 // Invariant checks that stay on in every build. A failed check prints its condition (or the text

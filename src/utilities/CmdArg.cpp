@@ -1,3 +1,5 @@
+// The conversions of option values, on the words as the command line gives them.
+
 #include "CmdArg.h"
 
 #include <cstdarg>

@@ -1,3 +1,4 @@
+// Helpers that turn the words of a command line into option values.
 #pragma once
 
 // Parsing helpers for the values of command-line options.

@@ -1,3 +1,6 @@
+// The generic command-line tool: options matched by table, response files read in place of
+// their "@" words, and the exit procedures run on the way out.
+
 #include "CmdTool.h"
 
 #include <csignal>

@@ -1,3 +1,5 @@
+// The base of a command-line tool: it reads the command line through an option table and
+// leaves the run itself to its subclass.
 #pragma once
 
 #include <cstdint>

@@ -1,3 +1,6 @@
+// The growable byte buffer over handle memory; growth takes half as much again as it holds, so
+// appending stays linear.
+
 #include "DataArea.h"
 
 #include <algorithm>

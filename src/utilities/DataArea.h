@@ -1,3 +1,4 @@
+// A growable byte buffer with one cursor, the storage of vectors, descriptions and output.
 #pragma once
 
 #include <cstdint>

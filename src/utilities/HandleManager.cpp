@@ -1,3 +1,5 @@
+// Handle memory with its bytes in use and their peak counted on every call.
+
 #include "HandleManager.h"
 
 #include <cstdio>

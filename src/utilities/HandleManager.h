@@ -1,3 +1,4 @@
+// The accounting layer between the compiler and handle memory.
 #pragma once
 
 #include <cstdint>

@@ -1,3 +1,5 @@
+// The mark-and-release arena: chunks allocated by bumping a pointer and released back to a mark.
+
 #include "MarkRelease.h"
 
 #include "Assertion.h"

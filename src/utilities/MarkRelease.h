@@ -1,3 +1,4 @@
+// A mark-and-release arena: objects that die together are freed together, by going back to a mark.
 #pragma once
 
 #include <cstddef>

@@ -1,11 +1,11 @@
-#pragma once
-
 // The numbers of the tool's message table (Msgs.cpp), one name per row, so that a message is
 // raised by what it means rather than by its number. The preprocessor keeps its own codes
 // (PP_ErrorCode); a code below their count indexes that table, any other one this.
 //
 // A row keeps its number even where nothing raises its message any more, so that a number
 // quoted by a user keeps its meaning. Every name here must have a row in the table.
+#pragma once
+
 enum MsgId : int {
     // Directories and include files.
     kMsg_NotADirectory = 2400,

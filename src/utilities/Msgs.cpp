@@ -1,3 +1,5 @@
+// The message table and the one path every message takes to the standard error stream.
+
 #include "Msgs.h"
 
 #include "MsgIds.h"

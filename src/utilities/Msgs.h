@@ -1,3 +1,4 @@
+// Messages and exit: every message the compiler shows, and every way out of the process.
 #pragma once
 
 #include <csignal>

@@ -1,3 +1,6 @@
+// Handles and the other platform calls over the standard heap: a handle is a stable master
+// pointer to a block that may move when it grows.
+
 #include "Platform.h"
 
 #include <algorithm>

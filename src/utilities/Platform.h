@@ -1,3 +1,4 @@
+// The platform layer, the only place that knows what the original platform calls become here.
 #pragma once
 
 // The platform calls the compiler was written against, provided over the standard library.

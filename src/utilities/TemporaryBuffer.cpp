@@ -1,3 +1,5 @@
+// A scratch block of a size known in advance; failing to get one ends the run.
+
 #include "TemporaryBuffer.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// Scratch memory for one text of known bound, freed when the buffer goes out of scope.
 #pragma once
 
 #include <cstddef>

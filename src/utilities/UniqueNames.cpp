@@ -1,3 +1,5 @@
+// Interned names and the hash tables behind them: a text is saved once and known by its pointer.
+
 #include "UniqueNames.h"
 
 #include <cctype>

@@ -1,3 +1,4 @@
+// Interned names: equal texts give one pointer, so names compare by pointer.
 #pragma once
 
 #include <cstdint>

@@ -1,3 +1,5 @@
+// The pointer vector, stored in a DataArea so that it grows like any other buffer.
+
 #include "Vector.h"
 
 #include <cstdlib>

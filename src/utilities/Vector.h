@@ -1,3 +1,4 @@
+// A vector of untyped pointers over a DataArea.
 #pragma once
 
 #include <cstdint>

@@ -1,3 +1,6 @@
+// The tool driver: the command line into gOptions, the include directories into gSearchPath,
+// and each input file compiled in a world of its own that ends with the file.
+
 #include "AnsiCPPTool.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// The compiler as a command-line tool, from the command line to the written output.
 #pragma once
 
 #include "CmdTool.h"

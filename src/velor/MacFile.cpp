@@ -1,3 +1,5 @@
+// The file calls of the output over the standard library, answering the platform's result codes.
+
 #include "MacFile.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// The platform's file calls that the output logic uses, with their result codes.
 #pragma once
 
 #include <cstdint>

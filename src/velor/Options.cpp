@@ -1,3 +1,5 @@
+// The options record, filled while the command line is read and read-only afterwards.
+
 #include "Options.h"
 
 #include <fts.h>

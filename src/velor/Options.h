@@ -1,3 +1,4 @@
+// The options of one run, in gOptions, owned by the tool for the whole process.
 #pragma once
 
 #include <cstdint>

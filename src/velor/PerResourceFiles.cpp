@@ -1,3 +1,6 @@
+// The per-resource files: names derived from the -o path, one file per resource, the removal of
+// the files of earlier runs, and the record of the source file.
+
 #include "PerResourceFiles.h"
 
 #include <cstdint>

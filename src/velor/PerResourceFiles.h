@@ -1,3 +1,4 @@
+// The per-resource files beside the -o output, and the record of the source file they came from.
 #pragma once
 
 #include <optional>

@@ -1,3 +1,5 @@
+// Allocation for the resource language over the C heap: a request for 0 bytes gets 1.
+
 #include "RCAlloc.h"
 
 #include <cstdlib>

@@ -1,3 +1,5 @@
+// Arrays and array labels: element counts, and label positions kept by their subscripts.
+
 #include "RCArray.h"
 
 #include <algorithm>

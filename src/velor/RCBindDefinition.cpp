@@ -1,3 +1,5 @@
+// The frame guards: each opens its frame on construction and closes it, fixups and all, on destruction.
+
 #include "RCBindDefinition.h"
 
 #include "Assertion.h"

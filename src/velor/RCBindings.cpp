@@ -1,3 +1,5 @@
+// Bit packing, frames and the $$ functions of one resource instance.
+
 #include "RCBindings.h"
 
 #include <algorithm>

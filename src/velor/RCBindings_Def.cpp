@@ -1,3 +1,5 @@
+// One frame of the binding engine: its names, arrays and the fixups that run when it closes.
+
 #include "RCBindings_Def.h"
 
 #include "Assertion.h"

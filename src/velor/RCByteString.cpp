@@ -1,3 +1,5 @@
+// String values with two zero bytes of room behind the text, so a terminator always fits.
+
 #include "RCByteString.h"
 
 #include "MsgIds.h"

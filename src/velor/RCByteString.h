@@ -1,3 +1,4 @@
+// The string value of the resource language, a plain value released by an explicit Destroy.
 #pragma once
 
 // A string value of the resource language: bytes, their count and the token number that says

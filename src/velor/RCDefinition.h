@@ -1,3 +1,4 @@
+// The `type` statement's result: a named type, and the walk that lays out its instances.
 #pragma once
 
 #include "RCDescription.h"
@@ -19,7 +20,7 @@ public:
     // Reads a `type` declaration and enters it in the symbol table; the current token is `type`.
     static void ParseDefinition(RCScanner* aScanner);
     // Reads a `resource` statement and adds the compiled resource to the file; the current token
-    // is `resource`.
+    // is `resource`. Defined with the rest of that statement in RCResourceStatement.cpp.
     static bool DoResource(RCScanner* aScanner, RCResourceFile* resourceFile);
 
     bool CreateResource(RCBindings* bindings, RCScanner* scanner) override;

@@ -1,3 +1,5 @@
+// The description writers and the keyword table; descriptions become resources here.
+
 #include "RCDescription.h"
 
 #include <cstdio>
@@ -15,22 +17,54 @@
 namespace {
 
 struct DescriptionWord {
+    RCDescriptionKeyword fKeyword;
     char const* fWord;
     // Whether the head keeps a blank behind the word. It does wherever something follows on the
     // line, and also behind `args`, which a line break follows: the reader skips the blank.
     bool fBlankBehind;
 };
 
-// In the order of RCDescriptionKeyword.
+// One row per keyword, in the order of RCDescriptionKeyword, so that a keyword indexes its row.
 constexpr DescriptionWord kDescriptionWords[] = {
-    {"type", true},      {"restype", true}, {"super", true}, {"as", true},       {"args", true},
-    {"prog", false},     {"null", false},   {"bitstring", true}, {"float", true}, {"value", true},
-    {"oneof", false},    {"if", true},      {"arrayref", true},  {"$$CountOf", true}, {"$$ArrayIndex", true},
-    {"align", true},     {"array", false},  {"auto", true},      {"case", true},      {"count", true},
-    {"fill", true},      {"fillspec", false}, {"label", true},   {"length", true},    {"multistring", false},
-    {"name", true},      {"set", true},     {"static", true},    {"string", true},    {"switch", true},
+    {kDesc_Type, "type", true},
+    {kDesc_Restype, "restype", true},
+    {kDesc_Super, "super", true},
+    {kDesc_As, "as", true},
+    {kDesc_Args, "args", true},
+    {kDesc_Prog, "prog", false},
+    {kDesc_Null, "null", false},
+    {kDesc_Bitstring, "bitstring", true},
+    {kDesc_Float, "float", true},
+    {kDesc_Value, "value", true},
+    {kDesc_Oneof, "oneof", false},
+    {kDesc_If, "if", true},
+    {kDesc_Arrayref, "arrayref", true},
+    {kDesc_CountOf, "$$CountOf", true},
+    {kDesc_ArrayIndex, "$$ArrayIndex", true},
+    {kDesc_Align, "align", true},
+    {kDesc_Array, "array", false},
+    {kDesc_Auto, "auto", true},
+    {kDesc_Case, "case", true},
+    {kDesc_Count, "count", true},
+    {kDesc_Fill, "fill", true},
+    {kDesc_Fillspec, "fillspec", false},
+    {kDesc_Label, "label", true},
+    {kDesc_Length, "length", true},
+    {kDesc_Multistring, "multistring", false},
+    {kDesc_Name, "name", true},
+    {kDesc_Set, "set", true},
+    {kDesc_Static, "static", true},
+    {kDesc_String, "string", true},
+    {kDesc_Switch, "switch", true},
 };
-static_assert(sizeof kDescriptionWords / sizeof kDescriptionWords[0] == kDesc_Switch + 1);
+
+constexpr bool RowsFollowTheKeywords() {
+    int row = 0;
+    for (DescriptionWord const& word : kDescriptionWords)
+        if (word.fKeyword != row++) return false;
+    return row == kDesc_KeywordCount;
+}
+static_assert(RowsFollowTheKeywords(), "one row per description keyword, in order");
 
 }  // namespace
 

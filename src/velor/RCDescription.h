@@ -1,3 +1,4 @@
+// The descriptions of types and instances: S-expression text for the description walker.
 #pragma once
 
 #include "RCNamedValue.h"
@@ -43,6 +44,7 @@ enum RCDescriptionKeyword : int {
     kDesc_Static,
     kDesc_String,
     kDesc_Switch,
+    kDesc_KeywordCount
 };
 
 char const* descriptionWord(RCDescriptionKeyword keyword);

@@ -1,3 +1,6 @@
+// Expression trees: the precedence-climbing parser, reduction against one resource's bindings,
+// evaluation, and the description of each node.
+
 #include "RCExpression.h"
 
 #include <cstring>
@@ -127,6 +130,8 @@ RCExpression* RCExpression::Increment(RCExpression* base, long delta) {
 // ---------------------------------------------------------------------------------------------
 // Parser
 
+// expression = term { binary-operator expression } [ "?" expression ":" expression ]
+// Binary operators bind by their priority; only those above minPriority are taken at this level.
 RCExpression* RCExpression::ParseExpression(RCScanner* scanner, int minPriority) {
     RCNestingGuard depth(gExpressionNesting);
     if (!depth.Deeper(scanner)) return nullptr;
@@ -148,6 +153,7 @@ RCExpression* RCExpression::ParseExpression(RCScanner* scanner, int minPriority)
     return tree.Release();
 }
 
+// conditional = expression "?" expression ":" expression; entered behind the "?".
 RCExpression* RCExpression::ParseConditional(RCScanner* scanner, RCPtr<RCExpression>& condition) {
     RCPtr<RCExpression> thenPart(ParseExpression(scanner, kNoMinPriority));
     if (!thenPart) return nullptr;
@@ -161,6 +167,7 @@ RCExpression* RCExpression::ParseConditional(RCScanner* scanner, RCPtr<RCExpress
     return new RCExpression_3(condition.Release(), thenPart.Release(), elsePart);
 }
 
+// term = string { string } | numeric-term
 RCExpression* RCExpression::ParseTerm(RCScanner* scanner) {
     int token = scanner->TokenType();
     // A string is the one term that may be other than a number; its callers decide about it.
@@ -173,6 +180,8 @@ RCExpression* RCExpression::ParseTerm(RCScanner* scanner) {
     return term.Release();
 }
 
+// numeric-term = name [ "[" expression-list "]" ] | number | character | ( "!" | "~" | "-" ) term
+//              | "(" expression ")" | function
 RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
     RCExpression* term = nullptr;
     switch (token) {
@@ -222,6 +231,7 @@ RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
     return term;
 }
 
+// string-term = string-literal { string-literal }
 RCExpression* RCExpression::ParseString(RCScanner* scanner) {
     // Adjacent literals make one string.
     RCByteString work;
@@ -235,6 +245,7 @@ RCExpression* RCExpression::ParseString(RCScanner* scanner) {
     return result;
 }
 
+// function = $$-keyword "(" [ expression-list ] ")"
 RCExpression* RCExpression::ParseFunction(RCScanner* scanner, int function) {
     int nargs = scanner->NArgs();
     scanner->NextToken();
@@ -262,6 +273,7 @@ RCExpression* RCExpression::ParseFunction(RCScanner* scanner, int function) {
     return nullptr;
 }
 
+// expression-list = expression { "," expression }, empty before a ")"
 int RCExpression::ParseExprList(RCScanner* scanner, int max, RCExpression** argv) {
     if (scanner->TokenType() == kPPScan_RParen) return 0;
     int count = 0;
@@ -279,6 +291,7 @@ int RCExpression::ParseExprList(RCScanner* scanner, int max, RCExpression** argv
     return -1;
 }
 
+// array-reference = name "[" expression-list "]"; entered at the "[".
 RCExpression* RCExpression::ParseArrayRef(RCScanner* scanner, UniqueStruct* name) {
     VELOR_ASSERT(scanner->TokenType() == kPPScan_LBrace);
     scanner->NextToken();

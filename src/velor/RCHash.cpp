@@ -1,3 +1,5 @@
+// The string hash of description ids; its values are part of the output and must not change.
+
 #include "RCHash.h"
 
 #include <cstdint>

@@ -1,3 +1,5 @@
+// A look ahead at the first words of a value list, without moving the scanner.
+
 #include "RCLanguagePeek.h"
 
 #include <cstring>

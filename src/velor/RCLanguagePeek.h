@@ -1,3 +1,4 @@
+// The language and encoding of a resource's strings, read from the opening words of its values.
 #pragma once
 
 // What the opening words of a resource's value list say about the encoding of its strings. The

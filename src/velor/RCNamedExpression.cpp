@@ -1,3 +1,5 @@
+// Parsing of "name [= expression]" entries, shared by symbolic values and named parameters.
+
 #include "RCNamedExpression.h"
 
 #include "MsgIds.h"
@@ -15,6 +17,7 @@ RCNamedExpression::RCNamedExpression(UniqueStruct* name, RCExpression* value)
 
 RCNamedExpression::~RCNamedExpression() { delete fValue; }
 
+// named-value = name [ "=" expression ]; the value may be left out only where a default is given.
 RCNamedExpression* RCNamedExpression::ParseNamedValue(RCScanner* scanner, RCExpression* defaultValue) {
     RCPtr<RCExpression> value(defaultValue);
     UniqueStruct* name = scanner->ScanName(kMsg_ExpectedIdentifier);

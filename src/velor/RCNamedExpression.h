@@ -1,3 +1,4 @@
+// Named expressions: the entries of value lists and of named parameters.
 #pragma once
 
 #include "RCScope.h"

@@ -1,3 +1,5 @@
+// Arithmetic on the language's one number type, integer or double, wrapping like the language.
+
 #include "RCNumber.h"
 
 #include <cmath>

@@ -1,3 +1,5 @@
+// Operator priorities, texts and evaluation; integer arithmetic wraps and division by zero gives zero.
+
 #include "RCOperators.h"
 
 

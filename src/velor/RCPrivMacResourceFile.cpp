@@ -1,3 +1,5 @@
+// The -o output: an empty file, with the resources written one file each beside it.
+
 #include "RCPrivMacResourceFile.h"
 
 #include "PerResourceFiles.h"

@@ -1,3 +1,4 @@
+// The resource file of this platform: an empty -o file and one file per resource.
 #pragma once
 
 #include <cstdint>

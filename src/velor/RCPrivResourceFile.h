@@ -1,3 +1,4 @@
+// The interface between the collected resources and their way to the disk.
 #pragma once
 
 class RCResource;

@@ -1,3 +1,5 @@
+// One compiled resource: its bytes copied out of the bindings, its name and flags beside them.
+
 #include "RCResource.h"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// One compiled resource of the output.
 #pragma once
 
 #include <cstdint>

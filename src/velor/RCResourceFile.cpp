@@ -1,3 +1,5 @@
+// The list of resources of one compilation with an index by type and id, written at the end.
+
 #include "RCResourceFile.h"
 
 #include <functional>

@@ -1,3 +1,4 @@
+// The resources of one compilation, collected until the end of the file.
 #pragma once
 
 #include <cstddef>

@@ -1,3 +1,5 @@
+// The scanner of the resource language: the preprocessor's tokens with keywords, literal values,
+// files and the position of every message. The one token source the parsers use.
 #pragma once
 
 #include "PPCPP.h"
@@ -103,7 +105,7 @@ public:
     bool ScanUntil(int token);
     bool ScanUntil(int token, int errorId);
 
-    // Conversion of the current literal token.
+    // Conversion of the current literal token; defined in RCLiteral.cpp.
     long EvalNumber() const;
     double EvalRealNumber() const;
     long EvalChar(bool wide);

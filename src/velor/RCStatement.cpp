@@ -1,3 +1,5 @@
+// The base of statement trees, statement lists and the shared parse helpers of type bodies.
+
 #include "RCStatement.h"
 
 #include <new>
@@ -51,6 +53,7 @@ bool RCStatement::CreateResource_File(RCBindings* bindings, RCScanner* scanner, 
 
 char RCStatement::LabelWidth() { return 0; }
 
+// statement = [ "unsigned" ] [ radix ] [ "wide" ] field ( ";" | before "}" )
 RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {
     // Modifiers are accepted in this order only, and have no effect on what follows.
     ScanKeyword(scanner, kRCScan_Unsigned);
@@ -66,6 +69,7 @@ RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {
     return statement ? ExpectTerminator(scanner, statement) : nullptr;
 }
 
+// compound = "{" statement-list "}"
 RCStatement* RCStatement::ParseCompound(RCScanner* aScanner) {
     VELOR_ASSERT(aScanner->TokenType() == kPPScan_LCurly);
     aScanner->NextToken();
@@ -105,6 +109,7 @@ RCExpression* RCStatement::ScanString(RCScanner* scanner) {
     return ScanExpression(scanner, &RCExpression::IsString, kMsg_ExpectedString);
 }
 
+// length = expression "]"
 RCExpression* RCStatement::ScanLength(RCScanner* scanner) {
     RCExpression* length = ScanNumber(scanner);
     scanner->ScanUntil(kPPScan_RBrace, kMsg_ExpectedRBracket);
@@ -178,6 +183,7 @@ void RCStatement_Compound::WriteDescription(DataArea* area, int indent) {
     writeChar(area, ')');
 }
 
+// statement-list = nothing | [ "key" ] statement { [ "key" ] statement }, up to "}" or "case"
 bool RCStatement_Compound::ParseCompound(RCScanner* scanner, RCStatementList& statements) {
     if (scanner->TokenType() == kPPScan_RCurly) {
         statements.Append(new RCStatement_Null);

@@ -1,3 +1,4 @@
+// Statement trees: the nodes a type body is parsed into once, and walked per resource.
 #pragma once
 
 #include <cstddef>

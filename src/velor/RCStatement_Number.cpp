@@ -1,3 +1,6 @@
+// Number fields: integer and float fields with a constant value, symbolic values, or one read
+// from the value list.
+
 #include "RCStatement_Number.h"
 
 #include "Assertion.h"
@@ -11,7 +14,6 @@
 #include "UniqueNames.h"
 
 namespace {
-
 
 // The width of the field that the keyword opens; bitstring's width is read separately.
 short WidthOfKeyword(int token) {
@@ -39,6 +41,8 @@ RCStatement_Number::RCStatement_Number(short width, bool isInteger, RCExpression
 RCStatement_Number::RCStatement_Number(short width, bool isInteger, RCNamedList<RCNamedValue>& values)
     : fValues(values), fWidth(width), fIsInteger(isInteger) {}
 
+// number-field = ( "bitstring" "[" length | "boolean" | "byte" | "integer" | "longint" | "single"
+//                | "float" | "double" ) [ "=" expression | symbolic-values ]
 RCStatement* RCStatement_Number::ParseNumber(RCScanner* scanner, bool isInteger) {
     int keyword = scanner->TokenType();
     scanner->NextToken();
@@ -65,6 +69,7 @@ RCStatement* RCStatement_Number::ParseNumber(RCScanner* scanner, bool isInteger)
     return new RCStatement_Number(width, isInteger);
 }
 
+// symbolic-values = named-value { "," named-value }
 bool RCStatement_Number::ParseSymbolicValues(RCScanner* scanner, RCNamedList<RCNamedValue>& values) {
     // Values must be known now: the scratch bindings have no resource to refer to.
     RCBindings scratch(scanner->GetSymbolTable(), nullptr, 0, 0);

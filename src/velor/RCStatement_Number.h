@@ -1,3 +1,4 @@
+// The number field statement: integers of up to 32 bits and floats.
 #pragma once
 
 #include "RCDescription.h"

@@ -1,3 +1,5 @@
+// The layout of one string in a field: count, text, padding and terminator, decided before any byte is laid.
+
 #include "RCStringInfo.h"
 
 #include "Assertion.h"

@@ -1,3 +1,5 @@
+// The symbol table of one input file: types by name in order of definition, and static variables.
+
 #include "RCSymTbl.h"
 
 #include "RCDefinition.h"

@@ -1,3 +1,5 @@
+// The process entry: builds the tool, runs it and turns Msgs::Exit into the exit code.
+
 #include "AnsiCPPTool.h"
 #include "Msgs.h"
 #include "Platform.h"

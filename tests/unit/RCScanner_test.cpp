@@ -1,5 +1,6 @@
 #include "RCScanner.h"
 
+#include "MsgIds.h"
 #include "Options.h"
 #include "PPMacTbl.h"
 #include "PPMemMgr.h"
@@ -197,7 +198,7 @@ TEST_F(RCScannerTest, ScanUntilStopsBehindTheDelimiterAndReportsWhetherItSkipped
 TEST_F(RCScannerTest, ScanUntilStopsAtTheEndOfInputInsideAnOpenGroup) {
     Open("{ ( ; ");
     ::testing::internal::CaptureStderr();
-    EXPECT_FALSE(fScanner.ScanUntil(kPPScan_Semicolon, 32756));
+    EXPECT_FALSE(fScanner.ScanUntil(kPPScan_Semicolon, kMsg_ExpectedSemicolon));
     EXPECT_EQ("File t.vd; Line 1 # Error: Expected ';'.\n", ::testing::internal::GetCapturedStderr());
     EXPECT_EQ(kPPScan_EOF, fScanner.TokenType());
     EXPECT_FALSE(fScanner.ScanUntil(kPPScan_Semicolon));
@@ -256,7 +257,7 @@ TEST_F(RCScannerTest, AnErrorAfterTheLastFileNamesTheLineWhereItEnded) {
     Open("a\nb\n");
     AllTokens();
     ::testing::internal::CaptureStderr();
-    fScanner.Error(32747, 0);
+    fScanner.Error(kMsg_TooManyCharacters, 0);
     EXPECT_EQ("File t.vd; Line 3 # Error: Character literal has more than four characters.\n",
               ::testing::internal::GetCapturedStderr());
 }
