@@ -87,6 +87,7 @@ int PP_CPP::GetNextToken(int* error) {
     }
 }
 
+// directive-line = "#" [ directive-word rest-of-line ] end-of-line
 void PP_CPP::DoPreprocessorLine() {
     fHelper.SkipCommentsToEOL();
     int error;
@@ -120,6 +121,7 @@ void PP_CPP::DoPreprocessorLine() {
     }
 }
 
+// if-line = ( "#if" constant-expression | "#ifdef" name | "#ifndef" name ) end-of-line
 // A group opened past the depth limit is not pushed, so its #endif closes the enclosing one.
 // `#ifdef NAME` reads just the name: what follows it on the line stays source text.
 void PP_CPP::DoIf(int kind) {
@@ -149,6 +151,7 @@ void PP_CPP::DoIf(int kind) {
     PushIfState(condition ? kIfState_Taken : kIfState_Searching);
 }
 
+// elif-line = "#elif" constant-expression end-of-line
 void PP_CPP::DoElif() {
     switch (GetIfState()) {
     case kIfState_Searching: {
@@ -260,6 +263,7 @@ void PP_CPP::ReadExpandedTokens(PP_CWriterHelper& out, int* conditionError) {
     out.AddChar(0);
 }
 
+// defined-operand = name | "(" name ")"
 // The operand of `defined`, with or without parentheses; it is not macro-expanded. A missing
 // name leaves the token that was read in its place consumed, even a line end.
 void PP_CPP::ReadDefinedOperand(PP_CWriterHelper& out, int* error) {
@@ -290,6 +294,7 @@ void PP_CPP::DoPragmaLine() { ReadLine(); }
 
 void PP_CPP::DoErrorLine(char*) {}
 
+// line-line = "#line" number [ string ] end-of-line
 void PP_CPP::DoLineLine(char* line) {
     VELOR_ASSERT(InSourceText());
     char* name = static_cast<char*>(fMemory->AllocTemp(std::strlen(line) + 1));

@@ -254,6 +254,7 @@ PP_CTextReader* PP_CPPHelper::AllocReaderTable(unsigned long count) {
     return table;
 }
 
+// macro-arguments = "(" [ argument { "," argument } ] ")", an argument being balanced text
 // Reads the arguments of a call, the scanner standing on its '('. Each argument loses its
 // leading and trailing space, and each inner run of space becomes one blank. Directives are
 // not recognised here: a '#' is plain text.
@@ -368,6 +369,8 @@ char* PP_CPPHelper::CopyToScratch(PP_CTextReader text) {
     return fScratch.GetStart();
 }
 
+// define-line = "#define" name [ macro-formals ] replacement-text end-of-line, the formals only
+// where a "(" follows the name with no blank between
 void PP_CPPHelper::DoDefine() {
     SkipCommentsToEOL();
     if (!isident(CookedPeekChar())) {
@@ -486,6 +489,7 @@ void PP_CPPHelper::DefineFunctionMacro(PP_MacroBody* body) {
     SkipTokensAndEOL();
 }
 
+// macro-formals = "(" [ name { "," name } [ "," ] ] ")"
 // The scanner stands on the '('. A trailing comma is accepted and stays in the list.
 int PP_CPPHelper::ReadMacroFormals(char** formals, short* count) {
     SkipChar();
@@ -590,6 +594,7 @@ int PP_CPPHelper::ReadMacroText(char const* formals, char** text) {
     return afterHash ? kPPErr_StringizeWithoutParameter : kPPErr_None;
 }
 
+// undef-line = "#undef" name end-of-line
 void PP_CPPHelper::DoUndef() {
     SkipCommentsToEOL();
     if (isident(CookedPeekChar())) {

@@ -156,9 +156,6 @@ ErrorString const gErrorStringTable[] = {
     {kMsg_FloatNotAligned, "Floating point values must be aligned on four byte boundaries"},
 };
 
-constexpr int kErrorStringCount = sizeof gErrorStringTable / sizeof gErrorStringTable[0];
-static_assert(kErrorStringCount == 129);
-
 constexpr int kMessageBufferSize = 512;
 
 // The label after "# ": only one of the three counted kinds may be present for a word to show.

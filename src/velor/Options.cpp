@@ -1,4 +1,5 @@
-// The options record, filled while the command line is read and read-only afterwards.
+// The options record, filled from the command line; only the description switch changes later,
+// at the pragma that sets it.
 
 #include "Options.h"
 
