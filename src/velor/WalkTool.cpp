@@ -105,6 +105,14 @@ struct WalkTarget {
     std::int16_t instance;
 };
 
+// The lines ahead of the listing: which resource, and which files describe it.
+void PrintFraming(WalkTarget const& target, std::size_t size, std::filesystem::path const& resourcePath,
+                  std::filesystem::path const& instancePath) {
+    std::printf("// resource %s of type %s, %zu bytes: %s\n// type description: %s\n// instance description: %s\n\n",
+                Named(target.resourceType, target.id).c_str(), target.type->name.c_str(), size, resourcePath.c_str(),
+                target.type->path.c_str(), instancePath.c_str());
+}
+
 int WalkOne(OutputTree const& tree, DescriptionIndex& index, WalkTarget const& target) {
     std::filesystem::path resourcePath = tree.PathOf(target.resourceType, target.id);
     std::optional<std::string> bytes = OutputTree::ReadFile(resourcePath);
@@ -115,9 +123,7 @@ int WalkOne(OutputTree const& tree, DescriptionIndex& index, WalkTarget const& t
     std::optional<std::string> instanceText = instanceBytes ? DescriptionIndex::TextOf(*instanceBytes) : std::nullopt;
     std::filesystem::path instancePath = index.InstancePath(target.instance);
     if (!instanceText) return Fail(Damaged(instancePath));
-    std::printf("// resource %s of type %s, %zu bytes: %s\n// type description: %s\n// instance description: %s\n\n",
-                Named(target.resourceType, target.id).c_str(), target.type->name.c_str(), bytes->size(),
-                resourcePath.c_str(), target.type->path.c_str(), instancePath.c_str());
+    PrintFraming(target, bytes->size(), resourcePath, instancePath);
     try {
         RCDescWalker(bytes->data(), bytes->size(), instanceText->c_str(), typeText->c_str()).Walk();
     } catch (RC_xBadDescription const&) {
@@ -145,42 +151,58 @@ std::string NoSuchResource(OutputTree const& tree, DescriptionIndex const& index
     return missing + ", and no descriptions there to know a type by its name: " + kSwitchDescriptionsOn;
 }
 
-// Picks the one type description and the one instance description that fit (type, id), or
-// says why it cannot.
-int WalkResource(OutputTree const& tree, std::string const& typeArg, std::int16_t id) {
-    if (!tree.Exists()) return Fail("no output folder " + Quoted(tree.Folder()));
-    DescriptionIndex index(tree);
-    std::vector<TypeDescription const*> types = index.TypesNamed(typeArg);
-    std::optional<std::uint32_t> resourceType;
+// The resource type that TYPE stands for, a type's name first and four characters second, and
+// the type descriptions that may have compiled a resource of it. Answers 0 or the exit code of
+// the failure it reported.
+int ResolveType(OutputTree const& tree, DescriptionIndex const& index, std::string const& typeArg,
+                std::uint32_t& resourceType, std::vector<TypeDescription const*>& types) {
+    types = index.TypesNamed(typeArg);
     if (types.size() > 1) return Fail("several type descriptions are named " + Quoted(typeArg));
-    if (types.size() == 1) {
-        resourceType = types[0]->resourceType;
-        if (!resourceType) return Fail("type " + Quoted(typeArg) + " is not a resource type");
-    } else {
-        resourceType = OutputTree::TypeOfText(typeArg);
-        if (!resourceType)
-            return Fail(index.HasTypeDescriptions()
-                            ? "no type named " + Quoted(typeArg) + " among the descriptions in " + Quoted(tree.Folder())
-                            : NoDescriptions(tree));
-        types = index.TypesOf(*resourceType);
-    }
-    if (!tree.Has(*resourceType, id)) return Fail(NoSuchResource(tree, index, typeArg, !types.empty(), *resourceType, id));
-    if (!index.HasTypeDescriptions() || !index.HasInstanceDescriptions()) return Fail(NoDescriptions(tree));
+    std::optional<std::uint32_t> found = types.empty() ? OutputTree::TypeOfText(typeArg) : types[0]->resourceType;
+    if (!found && !types.empty()) return Fail("type " + Quoted(typeArg) + " is not a resource type");
+    if (!found)
+        return Fail(index.HasTypeDescriptions()
+                        ? "no type named " + Quoted(typeArg) + " among the descriptions in " + Quoted(tree.Folder())
+                        : NoDescriptions(tree));
+    if (types.empty()) types = index.TypesOf(*found);
+    resourceType = *found;
+    return 0;
+}
+
+// The one type description and the one instance description that fit the resource. Answers 0
+// or the exit code of the failure it reported.
+int ChooseDescriptions(OutputTree const& tree, DescriptionIndex& index, std::vector<TypeDescription const*> const& types,
+                       WalkTarget& target) {
     std::vector<WalkTarget> fits;
     std::vector<std::int16_t> undecided;
     for (TypeDescription const* type : types) {
-        std::vector<std::int16_t> instances = index.FindInstance(type->name, *resourceType, id);
-        if (instances.size() == 1) fits.push_back({type, *resourceType, id, instances[0]});
+        std::vector<std::int16_t> instances = index.FindInstance(type->name, target.resourceType, target.id);
+        if (instances.size() == 1) fits.push_back({type, target.resourceType, target.id, instances[0]});
         if (instances.size() > 1) undecided.insert(undecided.end(), instances.begin(), instances.end());
     }
+    std::string named = Named(target.resourceType, target.id);
     if (!undecided.empty())
         return Fail("cannot tell which of the instance descriptions " + JoinIds(undecided) + " in " +
-                    Quoted(tree.Folder() / "vlbk_FWrD") + " belongs to " + Named(*resourceType, id));
+                    Quoted(tree.Folder() / "vlbk_FWrD") + " belongs to " + named);
     if (fits.size() > 1)
-        return Fail("several types of " + Quoted(ShownType(*resourceType)) + " have a description that fits " +
-                    Named(*resourceType, id) + ": give the type's name rather than its four characters");
-    if (fits.empty()) return Fail("no instance description of " + Named(*resourceType, id) + " in " + Quoted(tree.Folder()));
-    return WalkOne(tree, index, fits[0]);
+        return Fail("several types of " + Quoted(ShownType(target.resourceType)) + " have a description that fits " +
+                    named + ": give the type's name rather than its four characters");
+    if (fits.empty()) return Fail("no instance description of " + named + " in " + Quoted(tree.Folder()));
+    target = fits[0];
+    return 0;
+}
+
+int WalkResource(OutputTree const& tree, std::string const& typeArg, std::int16_t id) {
+    if (!tree.Exists()) return Fail("no output folder " + Quoted(tree.Folder()));
+    DescriptionIndex index(tree);
+    WalkTarget target{nullptr, 0, id, 0};
+    std::vector<TypeDescription const*> types;
+    if (int failed = ResolveType(tree, index, typeArg, target.resourceType, types)) return failed;
+    if (!tree.Has(target.resourceType, id))
+        return Fail(NoSuchResource(tree, index, typeArg, !types.empty(), target.resourceType, id));
+    if (!index.HasTypeDescriptions() || !index.HasInstanceDescriptions()) return Fail(NoDescriptions(tree));
+    if (int failed = ChooseDescriptions(tree, index, types, target)) return failed;
+    return WalkOne(tree, index, target);
 }
 
 int Run(std::vector<std::string> const& args) {
