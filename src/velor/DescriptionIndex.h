@@ -17,9 +17,7 @@
 #include <vector>
 
 #include "OutputTree.h"
-
-constexpr std::uint32_t kTypeDescriptionType = 0x46577444;      // 'FWtD'
-constexpr std::uint32_t kInstanceDescriptionType = 0x46577244;  // 'FWrD'
+#include "RCDescription.h"
 
 struct TypeDescription {
     std::string name;

@@ -147,7 +147,6 @@ void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RC
 
 namespace {
 
-constexpr unsigned long kTypeDescriptionType = 0x46577444;  // 'FWtD'
 constexpr unsigned long kDescriptionFlags = 0x10;
 
 void AddTypeDescription(RCDefinition* definition, RCResourceFile* resourceFile) {

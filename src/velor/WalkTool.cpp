@@ -183,7 +183,7 @@ int ChooseDescriptions(OutputTree const& tree, DescriptionIndex& index, std::vec
     std::string named = Named(target.resourceType, target.id);
     if (!undecided.empty())
         return Fail("cannot tell which of the instance descriptions " + JoinIds(undecided) + " in " +
-                    Quoted(tree.Folder() / "vlbk_FWrD") + " belongs to " + named);
+                    Quoted(index.InstancePath(undecided[0]).parent_path()) + " belongs to " + named);
     if (fits.size() > 1)
         return Fail("several types of " + Quoted(ShownType(target.resourceType)) + " have a description that fits " +
                     named + ": give the type's name rather than its four characters");
