@@ -201,16 +201,24 @@ bool PP_CScanner::SkipBlanksToEOL() {
 // `second` follows a '/'.
 bool PP_CScanner::OpensComment(int second) const { return second == '*' || (second == '/' && !fNoLineComments); }
 
+// A '/' that opens no comment is left where it stood. Peeking behind it may have folded a line
+// continuation, so the way back is the whole saved position, lines included, not one byte.
 bool PP_CScanner::SkipComment() {
     if (CookedPeekChar() != '/')
         return false;
+    PP_CTextReader const slash = *fInput;
+    unsigned long const lineno = fLineno, charPos = fCharPos;
+    bool const hadContinuation = fHasContinuation;
     PrivSkipChar();
     int next = CookedPeekChar();
     if (OpensComment(next)) {
         PrivSkipComment(next);
         return true;
     }
-    RawUnGetChar();
+    *fInput = slash;
+    fLineno = lineno;
+    fCharPos = charPos;
+    fHasContinuation = hadContinuation;
     return false;
 }
 
