@@ -388,32 +388,26 @@ void PP_CPP::SetLineno(unsigned long line, unsigned long charPos) {
 }
 
 // While macro text lies on top, the file below it holds the position in its saved fields. Macro
-// text can outlive its file (an unclosed call at the end of the input); then there is none.
+// text that outlives its file (a call still open at the end of the input, asked for a position by
+// its message) has none: that is a defined stop on the assertion, not a position of 0.
 PP_CInput const* PP_CPP::NearestFileBelowTop() const {
     PP_CInput const* input = fInputSrc->GetNext();
     while (input != nullptr && input->fFileInfo == nullptr)
         input = input->GetNext();
+    VELOR_ASSERT_TEXT("false", input != nullptr);
     return input;
 }
 
-// Without a file under the macro text the position is 0, as after the last file: messages then
-// name the last line of the file that was closed.
 unsigned long PP_CPP::GetLineno() {
     if (AtEOF())
         return 0;
-    if (InSourceText())
-        return fScanner.GetLineno();
-    PP_CInput const* file = NearestFileBelowTop();
-    return file != nullptr ? file->fSavedLineno : 0;
+    return InSourceText() ? fScanner.GetLineno() : NearestFileBelowTop()->fSavedLineno;
 }
 
 unsigned long PP_CPP::GetCharPos() {
     if (AtEOF())
         return 0;
-    if (InSourceText())
-        return fScanner.GetCharPos();
-    PP_CInput const* file = NearestFileBelowTop();
-    return file != nullptr ? file->fSavedCharPos : 0;
+    return InSourceText() ? fScanner.GetCharPos() : NearestFileBelowTop()->fSavedCharPos;
 }
 
 unsigned long PP_CPP::GetStartingLineno() { return fStartingLineno; }

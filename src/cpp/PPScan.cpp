@@ -201,24 +201,19 @@ bool PP_CScanner::SkipBlanksToEOL() {
 // `second` follows a '/'.
 bool PP_CScanner::OpensComment(int second) const { return second == '*' || (second == '/' && !fNoLineComments); }
 
-// A '/' that opens no comment is left where it stood. Peeking behind it may have folded a line
-// continuation, so the way back is the whole saved position, lines included, not one byte.
+// A '/' that opens no comment is stepped back over by one raw byte. When the peek behind it folded
+// a line continuation, that byte is the line end and the step stops on RawUnGetChar's invariant:
+// the defined outcome of a '/' at the end of a continued line in a directive.
 bool PP_CScanner::SkipComment() {
     if (CookedPeekChar() != '/')
         return false;
-    PP_CTextReader const slash = *fInput;
-    unsigned long const lineno = fLineno, charPos = fCharPos;
-    bool const hadContinuation = fHasContinuation;
     PrivSkipChar();
     int next = CookedPeekChar();
     if (OpensComment(next)) {
         PrivSkipComment(next);
         return true;
     }
-    *fInput = slash;
-    fLineno = lineno;
-    fCharPos = charPos;
-    fHasContinuation = hadContinuation;
+    RawUnGetChar();
     return false;
 }
 

@@ -6,11 +6,12 @@
 // first run; each run then takes the steps of the tool's Main with a fresh tool object, and the
 // message counts are reset in between.
 //
-// Four assertion stops are the defined outcome of certain texts: a '#' before a non-parameter in
+// Some assertion stops are the defined outcome of certain texts: a '#' before a non-parameter in
 // a macro body, a control byte in a macro body that reads as a parameter the macro lacks, an array
-// label where no type instance exists, and $$ArrayIndex outside its array. This target supplies
-// the assertion handler: those unwind back here, and any other stop still aborts, which libFuzzer
-// reports as a finding.
+// label where no type instance exists, $$ArrayIndex outside its array, a '/' that opens no comment
+// at the end of a continued line, and a position asked for in macro text that outlived its file.
+// This target supplies the assertion handler: those unwind back here, and any other stop still
+// aborts, which libFuzzer reports as a finding.
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -30,10 +31,26 @@ namespace {
 
 struct DefinedStop {};
 
-bool IsDefinedStop(char const* condition) {
-    for (char const* defined :
-         {"*textPtr == kPP_MacroParam", "formalIndex < aMacroBody->fParamCount", "fDef != 0", "aScanner != 0"})
-        if (std::strcmp(condition, defined) == 0) return true;
+// A condition with the function that checks it: "false" alone would name many stops.
+struct StopSite {
+    char const* condition;
+    char const* function;
+};
+
+constexpr StopSite kDefinedStops[] = {
+    {"*textPtr == kPP_MacroParam", nullptr},
+    {"formalIndex < aMacroBody->fParamCount", nullptr},
+    {"fDef != 0", nullptr},
+    {"aScanner != 0", nullptr},
+    {"!isEOL(RawPeekChar())", nullptr},
+    {"false", "NearestFileBelowTop"},
+};
+
+bool IsDefinedStop(char const* condition, char const* function) {
+    for (StopSite const& stop : kDefinedStops)
+        if (std::strcmp(condition, stop.condition) == 0 &&
+            (stop.function == nullptr || std::strcmp(function, stop.function) == 0))
+            return true;
     return false;
 }
 
@@ -42,7 +59,7 @@ std::string gFolder;
 }  // namespace
 
 void AssertionFailed(char const* condition, char const* function, char const* file, int line) {
-    if (IsDefinedStop(condition)) throw DefinedStop();
+    if (IsDefinedStop(condition, function)) throw DefinedStop();
     std::fprintf(stderr, "Assertion failed: %s, function %s, file %s, line %d\n", condition, function, file, line);
     std::abort();
 }
