@@ -1,6 +1,7 @@
 // Compiling `type` and `resource` statements: the time per resource statement should stay flat as
-// a file holds more of them, the time per field as a type grows, and the time per term of one
-// field value that is a flat chain of operators.
+// a file holds more of them, the time per field as a type grows, the time per term of one field
+// value that is a flat chain of operators, and the time per byte as a string value grows out of
+// more adjacent literals.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -29,7 +30,7 @@ double CompileNanoseconds(std::string const& text) {
     auto start = Clock::now();
     scanner.PushInput(scanner.ReadFile(text.c_str(), "bench.vd"));
     scanner.NextToken();
-    CompileTopLevel(&scanner, &resources, [] {});
+    CompileTopLevel(&scanner, &macros, &resources, [] {});
     std::chrono::duration<double, std::nano> elapsed = Clock::now() - start;
     if (Msgs::GetErrorCount() != 0) std::abort();
     return elapsed.count();
@@ -62,6 +63,13 @@ double NanosecondsPerChainTerm(long count) {
     return CompileNanoseconds(type + "; longint; };\n" + values + " };\n") / static_cast<double>(count);
 }
 
+double NanosecondsPerStringByte(long literals) {
+    std::string const literal = " \"" + std::string(62, 'x') + "\"";
+    std::string text = "type Text('TEXT') { cstring; };\nresource Text (1) {";
+    for (long i = 0; i < literals; ++i) text += literal;
+    return CompileNanoseconds(text + " };\n") / static_cast<double>(literals * 62);
+}
+
 }  // namespace
 
 int main() {
@@ -74,5 +82,7 @@ int main() {
                     NanosecondsPerField(count));
     for (long count : {1000L, 10000L, 100000L, 1000000L})
         std::printf("%7ld terms:  %8.1f ns per term of a flat chain in a field\n", count, NanosecondsPerChainTerm(count));
+    for (long count : {100L, 1000L, 10000L})
+        std::printf("%6ld literals:  %8.1f ns per byte of one string value\n", count, NanosecondsPerStringByte(count));
     return 0;
 }

@@ -1,10 +1,12 @@
 // The descriptions of types and instances: S-expression text for the description walker.
 #pragma once
 
+#include "RCNamedExpression.h"
 #include "RCNamedValue.h"
 #include "RCNumber.h"
 
 class DataArea;
+class RCExpression;
 class RCResourceFile;
 class RCSymbolTable;
 
@@ -23,7 +25,9 @@ enum RCDescriptionKeyword : int {
     kDesc_Null,
     kDesc_Bitstring,
     kDesc_Float,
+    kDesc_String,
     kDesc_Value,
+    kDesc_Length,
     kDesc_Oneof,
     kDesc_If,
     kDesc_Arrayref,
@@ -37,12 +41,10 @@ enum RCDescriptionKeyword : int {
     kDesc_Fill,
     kDesc_Fillspec,
     kDesc_Label,
-    kDesc_Length,
     kDesc_Multistring,
     kDesc_Name,
     kDesc_Set,
     kDesc_Static,
-    kDesc_String,
     kDesc_Switch,
     kDesc_KeywordCount
 };
@@ -71,9 +73,16 @@ void writeNumber(DataArea* area, long number);
 // backslash and three octal digits. Quotes and parentheses stay as they are.
 void writeString(DataArea* area, char const* text);
 void writeString(DataArea* area, char const* bytes, unsigned long length);
+// A keyword group around one expression: the head, as "(value ", the expression written at the
+// given indent, and ")".
+void writeExpressionGroup(DataArea* area, RCDescriptionKeyword head, RCExpression* expression, int indent);
 // A group of named numbers: on a new line at the indent the head, then each entry as
 // "(name number)" on a line of its own two deeper, then ")". An empty list writes nothing.
 void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RCNamedList<RCNamedValue>& values);
+// The same with an expression for each entry, written two deeper than its entry. A string field
+// puts a blank between the indent and the head.
+void writeNamedExpressions(DataArea* area, int indent, bool blankBeforeHead, RCDescriptionKeyword head,
+                           RCNamedExpressionList& values);
 
 // Stores a finished description as a resource of the given type, flagged 0x10: the text up to
 // the area's cursor, ended by one zero byte that belongs to it. The id is the hash of hashedText,
