@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "DependencyRecord.h"
 #include "IncDir.h"
 #include "MsgIds.h"
 #include "Msgs.h"
@@ -16,6 +17,7 @@
 #include "RCDescription.h"
 #include "RCExpression.h"
 #include "RCNumber.h"
+#include "RCPredefinedTypes.h"
 #include "RCPtr.h"
 #include "RCResourceFile.h"
 #include "RCScanner.h"
@@ -64,6 +66,7 @@ AnsiCPPTool::AnsiCPPTool() {
 }
 
 AnsiCPPTool::~AnsiCPPTool() {
+    gDependencies = nullptr;
     delete gOptions;
     gOptions = nullptr;
     delete gSearchPath;
@@ -80,9 +83,28 @@ void AnsiCPPTool::Main(int argc, char** argv, char** envp) {
     ProcessCommandLine(argc, argv, envp);
     Msgs::ErrorCheck();
     if ((Msgs::GetMask() & Msgs::kProgress) != 0) ShowVersion();
+    StartDependencyRecord();
     Run();
+    FinishDependencyRecord();
     Msgs::Display(Msgs::kProgress, "\n");
     Msgs::Exit(0);
+}
+
+// Build systems ask for the list of files read through the environment, as they do of C compilers.
+void AnsiCPPTool::StartDependencyRecord() {
+    fDependencies = DependencyRecord::FromSetting(std::getenv("VELOR_DEPENDENCIES_OUTPUT"), gOptions->GetOutput());
+    Msgs::ErrorCheck();
+    if (fDependencies == nullptr) return;
+    for (long i = 0; i < gOptions->FileCount(); ++i) fDependencies->MarkInput(gOptions->GetFile(i));
+    gDependencies = fDependencies.get();
+}
+
+// Only a run that got this far has read everything; a failed one has left through Msgs::Exit.
+void AnsiCPPTool::FinishDependencyRecord() {
+    if (fDependencies == nullptr) return;
+    if (!fDependencies->Write())
+        Msgs::Display(Msgs::kError, "Could not write the dependency file \"%s\"\n", fDependencies->FileName().c_str());
+    Msgs::ErrorCheck();
 }
 
 // There is no resource chain to hold a usage text, so the fall-back text is shown.
@@ -195,6 +217,7 @@ void AnsiCPPTool::CompileFile(char const* name) {
 void AnsiCPPTool::Compile(RCScanner* scanner, PP_CMacroTable* macroTable) {
     for (long i = 0; i < gOptions->MacroCount(); ++i)
         macroTable->DefineMacro(gOptions->GetMacroName(i), gOptions->GetMacroBody(i), true);
+    EnterPredefinedTypes(scanner->GetSymbolTable());
     RCResourceFile resourceFile(gOptions->GetOutput());
     scanner->NextToken();
     CompileTopLevel(scanner, macroTable, &resourceFile, [] { Msgs::ErrorCheck(); });

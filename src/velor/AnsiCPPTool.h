@@ -1,7 +1,10 @@
 // The compiler as a command-line tool, from the command line to the written output.
 #pragma once
 
+#include <memory>
+
 #include "CmdTool.h"
+#include "DependencyRecord.h"
 
 class PP_CMacroTable;
 class RCScanner;
@@ -41,4 +44,8 @@ public:
 private:
     void DefineMacro(char const* definition);
     void CompileFile(char const* name);
+    void StartDependencyRecord();
+    void FinishDependencyRecord();
+
+    std::unique_ptr<DependencyRecord> fDependencies;  // the files read, when the environment asks
 };

@@ -44,6 +44,8 @@ constexpr DescriptionWord kDescriptionWords[] = {
     {kDesc_Arrayref, "arrayref", true},
     {kDesc_CountOf, "$$CountOf", true},
     {kDesc_ArrayIndex, "$$ArrayIndex", true},
+    {kDesc_Bitmap, "bitmap", false},
+    {kDesc_Multistring, "multistring", false},
     {kDesc_Align, "align", true},
     {kDesc_Array, "array", false},
     {kDesc_Auto, "auto", true},
@@ -52,7 +54,6 @@ constexpr DescriptionWord kDescriptionWords[] = {
     {kDesc_Fill, "fill", true},
     {kDesc_Fillspec, "fillspec", false},
     {kDesc_Label, "label", true},
-    {kDesc_Multistring, "multistring", false},
     {kDesc_Name, "name", true},
     {kDesc_Set, "set", true},
     {kDesc_Static, "static", true},
@@ -170,6 +171,13 @@ void writeNamedExpressions(DataArea* area, int indent, bool blankBeforeHead, RCD
                            RCNamedExpressionList& values) {
     writeNamedGroup(area, indent, blankBeforeHead ? " " : "", head, values,
                     [area](RCNamedExpression& entry, int valueIndent) { entry.fValue->WriteDescription(area, valueIndent); });
+}
+
+void writePayload(DataArea* area, RCDescriptionKeyword payload) {
+    writeHead(area, kDesc_Prog);
+    writeChar(area, ' ');
+    writeHead(area, payload);
+    writeText(area, "))");
 }
 
 namespace {

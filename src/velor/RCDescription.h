@@ -33,6 +33,8 @@ enum RCDescriptionKeyword : int {
     kDesc_Arrayref,
     kDesc_CountOf,
     kDesc_ArrayIndex,
+    kDesc_Bitmap,
+    kDesc_Multistring,
     kDesc_Align,
     kDesc_Array,
     kDesc_Auto,
@@ -41,7 +43,6 @@ enum RCDescriptionKeyword : int {
     kDesc_Fill,
     kDesc_Fillspec,
     kDesc_Label,
-    kDesc_Multistring,
     kDesc_Name,
     kDesc_Set,
     kDesc_Static,
@@ -83,6 +84,9 @@ void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RC
 // puts a blank between the indent and the head.
 void writeNamedExpressions(DataArea* area, int indent, bool blankBeforeHead, RCDescriptionKeyword head,
                            RCNamedExpressionList& values);
+// The whole type description of a payload statement, "(prog (keyword))": its layout is fixed by
+// the code behind it, so the text names the payload and nothing more.
+void writePayload(DataArea* area, RCDescriptionKeyword payload);
 
 // Stores a finished description as a resource of the given type, flagged 0x10: the text up to
 // the area's cursor, ended by one zero byte that belongs to it. The id is the hash of hashedText,
