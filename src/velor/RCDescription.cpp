@@ -182,7 +182,6 @@ void writePayload(DataArea* area, RCDescriptionKeyword payload) {
 
 namespace {
 
-constexpr unsigned long kTypeDescriptionType = 0x46577444;  // 'FWtD'
 constexpr unsigned long kDescriptionFlags = 0x10;
 
 void AddTypeDescription(RCDefinition* definition, RCResourceFile* resourceFile) {

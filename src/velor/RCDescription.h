@@ -50,6 +50,10 @@ enum RCDescriptionKeyword : int {
     kDesc_KeywordCount
 };
 
+// The resource types that hold descriptions: of types, and of compiled instances.
+constexpr unsigned long kTypeDescriptionType = 0x46577444;      // 'FWtD'
+constexpr unsigned long kInstanceDescriptionType = 0x46577244;  // 'FWrD'
+
 char const* descriptionWord(RCDescriptionKeyword keyword);
 // The head of a list: "(" and the keyword, with the blank that the keyword's row asks for.
 void writeHead(DataArea* area, RCDescriptionKeyword keyword);
