@@ -21,12 +21,8 @@ constexpr int kMaxExpansionDepth = 256;
 
 // Within that depth a short text can still cost without bound: a nest of calls rescans its
 // arguments at every level, and a body that uses its parameter twice doubles the text at each.
-// So the bytes that expansion scans and copies are counted against a budget for the file: a
-// fixed allowance, far above what real descriptions spend, and a further one for every call
-// read from the input, so that the budget grows with the input. Past it the file ends as a too
-// deep nest does. The whole budget of a 16 KB input is spent in well under a second.
-constexpr unsigned long kExpansionWorkAllowance = 8UL << 20;
-constexpr unsigned long kExpansionWorkPerCall = 512;
+// So the bytes that expansion scans and copies are counted against a budget for the file (see
+// fgExpansionAllowance).
 
 bool isSpaceToken(int token) {
     return token == kPPScan_EOL || token == kPPScan_White || token == kPPScan_Comment;
@@ -78,9 +74,16 @@ int formalIndex(char const* formals, PP_CTextReader name) {
 
 } // namespace
 
+// A fixed allowance far above what real descriptions spend (a file that expands a 2 KB macro ten
+// thousand times spends 20 MB), and a further one for every call read from the input, so that the
+// budget grows with the input. Past it the file ends as a too deep nest does. At these figures the
+// costliest input ends within seconds.
+unsigned long PP_CPPHelper::fgExpansionAllowance = 256UL << 20;
+unsigned long PP_CPPHelper::fgExpansionWorkPerCall = 4UL << 10;
+
 PP_CPPHelper::PP_CPPHelper(PP_CPP* pp, PP_CMemoryManager* memory, PP_CMacroTable* macroTable, PP_CScanner* scanner)
     : fPP(pp), fMemory(memory), fMacroTable(macroTable), fCurScanner(scanner),
-      fExpansionBudget(kExpansionWorkAllowance) {}
+      fExpansionBudget(fgExpansionAllowance) {}
 
 PP_CPPHelper::~PP_CPPHelper() { fMemory->FreePerm(fScratch.GetStart()); }
 
@@ -97,7 +100,7 @@ int PP_CPPHelper::GetCookedToken(int* error) {
         if (HasBeenExpanded(body, link))
             return token;
         bool expanded;
-        fExpansionBudget += kExpansionWorkPerCall;
+        fExpansionBudget += fgExpansionWorkPerCall;
         PP_CExpansionText const expansion = ExpandMacroBody(fCurScanner, nullptr, body, link, &expanded, true);
         PP_CTextReader const text = expansion.Reader();
         // The new input lives in temp memory until it is popped; the expansion's texts go now.

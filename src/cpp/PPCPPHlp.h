@@ -23,6 +23,11 @@ public:
     PP_CPPHelper& operator=(PP_CPPHelper const&) = delete;
     ~PP_CPPHelper();
 
+    // The expansion work a file may spend: the allowance, and as much again per call read from
+    // the input. Settable so that a harness running many files under instrumentation can ask less.
+    static unsigned long fgExpansionAllowance;
+    static unsigned long fgExpansionWorkPerCall;
+
     int GetRawToken(int* error) { return fCurScanner->GetNextToken(error); }
     PP_CTextReader GetTokenText() { return fCurScanner->GetTokenText(); }
     int CookedPeekChar() { return fCurScanner->CookedPeekChar(); }

@@ -26,6 +26,7 @@
 #include "AnsiCPPTool.h"
 #include "Assertion.h"
 #include "Msgs.h"
+#include "PPCPPHlp.h"
 #include "RCBindings.h"
 
 namespace {
@@ -76,6 +77,9 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     // keeps every run within the time and memory limits, while output that passes it still
     // takes the same road.
     RCBindings::fgMaxResourceBytes = 2UL << 10;
+    // Likewise the work that macro expansion may spend on one input.
+    PP_CPPHelper::fgExpansionAllowance = 8UL << 20;
+    PP_CPPHelper::fgExpansionWorkPerCall = 512;
     return 0;
 }
 
