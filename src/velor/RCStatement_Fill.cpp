@@ -110,11 +110,11 @@ bool RCStatement_Fill::CreateUnit(RCBindings* bindings, RCScanner* scanner, bool
 }
 
 bool RCStatement_Fill::ScanParts(RCBindings* bindings, RCScanner* scanner, unsigned long& unit) {
-    RCListIterator<RCNamedList<RCNamedValue>> specs(fFillSpecs);
-    while (RCNamedValue* spec = specs.Next()) {
+    RCListIterator<RCNamedList<RCNamedValue>> parts(fFillSpecs);
+    while (RCNamedValue* part = parts.Next()) {
         long value = 0;
         if (!CreateResource_Long(scanner, bindings, &value)) return false;
-        int width = static_cast<int>(spec->fValue.AsInteger());
+        int width = static_cast<int>(part->fValue.AsInteger());
         unit = shiftedLeft(unit, width) | static_cast<unsigned long>(VerifyValue(scanner, value, width));
         if (!scanner->Scan(kPPScan_Comma) && scanner->TokenType() != kPPScan_RCurly) {
             scanner->Error(kMsg_ExpectedCommaOrRCurly, 0);
@@ -145,10 +145,10 @@ void RCStatement_Fill::WriteDescription(DataArea* area, int indent) {
     if (ConsumesInput()) {
         newLineIndent(area, indent + 2);
         writeHead(area, kDesc_Fillspec);
-        RCListIterator<RCNamedList<RCNamedValue>> specs(fFillSpecs);
-        while (RCNamedValue* spec = specs.Next()) {
+        RCListIterator<RCNamedList<RCNamedValue>> parts(fFillSpecs);
+        while (RCNamedValue* part = parts.Next()) {
             writeChar(area, ' ');
-            writeNumber(area, spec->fValue);
+            writeNumber(area, part->fValue);
         }
         writeChar(area, ')');
     }
