@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# The whole-program benchmark: builds the compiler and the minimal file writer, then prints the
+# ratios of bench/whole_program.py. Usage: bash bench/whole_program.sh [resources] [runs]
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+dir=$(bash "$root/scripts/build.sh" | tail -n 1)
+cc -O2 -o "$dir/file_writer" "$root/bench/file_writer.c"
+python3 "$root/bench/whole_program.py" --velor "$dir/velor" --writer "$dir/file_writer" \
+  --work "$dir/whole-program" --resources "${1:-10000}" --runs "${2:-5}"
