@@ -1,5 +1,6 @@
 // Compiling `type` and `resource` statements: the time per resource statement should stay flat as
-// a file holds more of them, and so should the time per field as a type grows.
+// a file holds more of them, the time per field as a type grows, and the time per term of one
+// field value that is a flat chain of operators.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -51,6 +52,16 @@ double NanosecondsPerField(long count) {
     return CompileNanoseconds(type + " };\n" + values + " };\n") / static_cast<double>(count);
 }
 
+double NanosecondsPerChainTerm(long count) {
+    std::string type = "type Sum('SUMS') { longint = 1";
+    std::string values = "resource Sum (1) { 2";
+    for (long i = 1; i < count; ++i) {
+        type += i % 2 ? " + 1" : " * 1";
+        values += i % 2 ? " - 2" : " << 0";
+    }
+    return CompileNanoseconds(type + "; longint; };\n" + values + " };\n") / static_cast<double>(count);
+}
+
 }  // namespace
 
 int main() {
@@ -61,5 +72,7 @@ int main() {
     for (long count : {1000L, 10000L, 100000L})
         std::printf("%6ld fields:    %8.1f ns per field of one type and its resource\n", count,
                     NanosecondsPerField(count));
+    for (long count : {1000L, 10000L, 100000L, 1000000L})
+        std::printf("%7ld terms:  %8.1f ns per term of a flat chain in a field\n", count, NanosecondsPerChainTerm(count));
     return 0;
 }

@@ -387,7 +387,9 @@ void PP_CPP::SetLineno(unsigned long line, unsigned long charPos) {
     fScanner.SetCharPos(charPos);
 }
 
-// While macro text lies on top, the file below it holds the position in its saved fields.
+// While macro text lies on top, the file below it holds the position in its saved fields. Macro
+// text that outlives its file (a call still open at the end of the input, asked for a position by
+// its message) has none: that is a defined stop on the assertion, not a position of 0.
 PP_CInput const* PP_CPP::NearestFileBelowTop() const {
     PP_CInput const* input = fInputSrc->GetNext();
     while (input != nullptr && input->fFileInfo == nullptr)

@@ -1,5 +1,5 @@
 // #define, #undef and macro expansion. A body is prepared once into text with control bytes for
-// its parameters, and a call is expanded text to text into temp memory.
+// its parameters, and a call is expanded text to text; only the finished text goes to temp memory.
 
 #include "PPCPPHlp.h"
 
@@ -28,8 +28,18 @@ bool isWord(PP_CTextReader text, char const* word) {
     return text.Readable() == length && std::memcmp(text.GetReadPtr(), word, length) == 0;
 }
 
-bool endsInIdentChar(PP_CTextWriter const* writer) {
-    return writer->Readable() != 0 && isidentchar(static_cast<unsigned char>(writer->GetWritePtr()[-1]));
+bool endsInIdentChar(PP_CTextReader text) {
+    return text.Readable() != 0 && isidentchar(static_cast<unsigned char>(text.GetReadPtr()[text.Readable() - 1]));
+}
+
+// Adds the current token of `scanner`, which reads `source` (null: the input stack, whose texts
+// outlive the expansion). A token with continuation lines removed lies in the scanner's own
+// buffer, which the next such token reuses, and is copied.
+void addToken(PP_CExpansionBuilder& out, PP_CScanner& scanner, PP_CExpansionText const* source) {
+    if (scanner.TokenTextIsCooked())
+        out.AddText(scanner.GetTokenText());
+    else
+        out.AddStretch(source, scanner.GetTokenText());
 }
 
 // Reads the index byte behind a kPP_MacroParam. A NUL there ends the text and is not passed.
@@ -77,9 +87,14 @@ int PP_CPPHelper::GetCookedToken(int* error) {
         if (HasBeenExpanded(body, link))
             return token;
         bool expanded;
-        PP_CTextReader text = ExpandMacroBody(fCurScanner, body, link, &expanded, true);
+        PP_CExpansionText const expansion = ExpandMacroBody(fCurScanner, nullptr, body, link, &expanded, true);
+        PP_CTextReader const text = expansion.Reader();
+        // The new input lives in temp memory until it is popped; the expansion's texts go now.
+        char* copy = static_cast<char*>(fMemory->AllocTemp(text.Readable() + 1));
+        if (text.Readable() != 0)
+            std::memcpy(copy, text.GetReadPtr(), text.Readable());
         // The new input carries the chain of the text around the call, not this macro.
-        PP_CInput* input = fMemory->AllocInput(text.GetReadPtr(), text.Readable());
+        PP_CInput* input = fMemory->AllocInput(copy, text.Readable());
         input->fMacroLink = link;
         fPP->PushInput(input);
         if (!expanded)
@@ -95,8 +110,9 @@ bool PP_CPPHelper::HasBeenExpanded(PP_MacroBody* body, PP_MacroLink* link) {
     return false;
 }
 
-PP_CTextReader PP_CPPHelper::ExpandMacroBody(PP_CScanner* scanner, PP_MacroBody* body, PP_MacroLink* link,
-                                             bool* expanded, bool allowPop) {
+PP_CExpansionText PP_CPPHelper::ExpandMacroBody(PP_CScanner* scanner, PP_CExpansionText const* source,
+                                                PP_MacroBody* body, PP_MacroLink* link, bool* expanded,
+                                                bool allowPop) {
     *expanded = true;
     switch (body->fMacroType) {
     case kPP_MacroSpecial: return ExpandSpecialMacro(body, link);
@@ -106,7 +122,7 @@ PP_CTextReader PP_CPPHelper::ExpandMacroBody(PP_CScanner* scanner, PP_MacroBody*
     }
     bool sawSpace = SkipToCallParenthesis(scanner, allowPop);
     if (scanner->CookedPeekChar() == '(')
-        return ExpandFunctionMacro(scanner, body, link, allowPop);
+        return ExpandFunctionMacro(scanner, source, body, link, allowPop);
     *expanded = false;
     return NameStandingForItself(body, sawSpace);
 }
@@ -140,37 +156,37 @@ bool PP_CPPHelper::SkipToCallParenthesis(PP_CScanner* scanner, bool allowPop) {
 }
 
 // A function-like name without a call. One blank stands for whatever space was skipped.
-PP_CTextReader PP_CPPHelper::NameStandingForItself(PP_MacroBody* body, bool sawSpace) {
-    unsigned long length = std::strlen(body->fName);
-    PP_CTextWriter writer(static_cast<char*>(fMemory->AllocTemp(length + 2)), length + 1);
-    PP_CWriterTemp out(fMemory, &writer);
-    out.AddString(body->fName);
+PP_CExpansionText PP_CPPHelper::NameStandingForItself(PP_MacroBody* body, bool sawSpace) {
+    PP_CExpansionBuilder out;
+    out.AddText(PP_CTextReader(body->fName, std::strlen(body->fName)));
     if (sawSpace)
         out.AddChar(' ');
-    return PP_CTextReader(writer);
+    return out.Take();
 }
 
-// A special macro's text is its function's answer and is not rescanned.
-PP_CTextReader PP_CPPHelper::ExpandSpecialMacro(PP_MacroBody* body, PP_MacroLink*) {
-    return fPP->DoSpecialMacro(body->fMacroText);
+// A special macro's text is its function's answer and is not rescanned. The answer may lie in a
+// buffer that the next call of the function overwrites, so it is copied.
+PP_CExpansionText PP_CPPHelper::ExpandSpecialMacro(PP_MacroBody* body, PP_MacroLink*) {
+    return PP_CExpansionText::Copy(fPP->DoSpecialMacro(body->fMacroText));
 }
 
-PP_CTextReader PP_CPPHelper::ExpandObjectMacro(PP_MacroBody* body, PP_MacroLink* link) {
+PP_CExpansionText PP_CPPHelper::ExpandObjectMacro(PP_MacroBody* body, PP_MacroLink* link) {
     PP_CTextReader text(body->fMacroText, std::strlen(body->fMacroText));
-    return ExpandMacroText(text, PP_MacroLink::Alloc(fMemory, body, link));
+    return ExpandMacroText(PP_CExpansionText::Stable(text), PP_MacroLink::Alloc(fMemory, body, link));
 }
 
 // Expands every macro in `text`. An identifier of a macro that is in the chain gets the
 // no-expand mark behind it, so that it is never expanded again in whatever text it reaches.
-PP_CTextReader PP_CPPHelper::ExpandMacroText(PP_CTextReader text, PP_MacroLink* link) {
+PP_CExpansionText PP_CPPHelper::ExpandMacroText(PP_CExpansionText const& text, PP_MacroLink* link) {
     if (fExpansionDepth == kMaxExpansionDepth && !fExpansionStopped) {
         fPP->Error(kPPErr_ExpressionTooComplex, 0);
         fExpansionStopped = true;
     }
     ++fExpansionDepth;
-    PP_CScanner local(&text);
-    PP_CTextWriter writer(nullptr, 0);
-    PP_CWriterTemp out(fMemory, &writer);
+    PP_CUseTempMem inUse(fMemory);
+    PP_CTextReader reader = text.Reader();
+    PP_CScanner local(&reader);
+    PP_CExpansionBuilder out;
     for (;;) {
         int error;
         int token = local.GetNextToken(&error);
@@ -181,38 +197,38 @@ PP_CTextReader PP_CPPHelper::ExpandMacroText(PP_CTextReader text, PP_MacroLink* 
         if (token == kPPScan_Ident && !fExpansionStopped && local.CookedPeekChar() != kPP_MacroNoExpand)
             body = fMacroTable->LookupMacro(tokenText.GetReadPtr(), tokenText.Readable());
         if (body == nullptr || body->fMacroText == nullptr) {
-            out.AddText(tokenText);
+            addToken(out, local, &text);
         } else if (HasBeenExpanded(body, link)) {
-            out.AddText(tokenText);
+            addToken(out, local, &text);
             out.AddChar(kPP_MacroNoExpand);
         } else {
             bool expanded;
-            out.AddText(ExpandMacroBody(&local, body, link, &expanded, false));
+            out.Add(ExpandMacroBody(&local, &text, body, link, &expanded, false));
         }
     }
     --fExpansionDepth;
-    return PP_CTextReader(writer);
+    return out.Take();
 }
 
-PP_CTextReader PP_CPPHelper::ExpandFunctionMacro(PP_CScanner* scanner, PP_MacroBody* body, PP_MacroLink* link,
-                                                 bool allowPop) {
-    PP_CTextReader* actuals = GetMacroActuals(scanner, body, allowPop);
-    PP_CTextReader* expanded = ExpandActuals(actuals, body, link);
-    PP_CTextWriter writer(nullptr, 0);
-    PP_CWriterTemp out(fMemory, &writer);
+PP_CExpansionText PP_CPPHelper::ExpandFunctionMacro(PP_CScanner* scanner, PP_CExpansionText const* source,
+                                                    PP_MacroBody* body, PP_MacroLink* link, bool allowPop) {
+    PP_CUseTempMem inUse(fMemory);
+    std::vector<PP_CExpansionText> const actuals = GetMacroActuals(scanner, source, body, allowPop);
+    std::vector<PP_CExpansionText> const expanded = ExpandActuals(actuals, link);
+    PP_CExpansionBuilder out;
     for (char const* textPtr = body->fMacroText; *textPtr != 0;) {
         char c = *textPtr++;
         switch (c) {
         case kPP_MacroParam: {
             unsigned index = paramIndex(textPtr, body);
             // An operand of ## is substituted as written.
-            out.AddText(*textPtr == kPP_MacroPaste ? actuals[index] : expanded[index]);
+            out.Add(*textPtr == kPP_MacroPaste ? actuals[index] : expanded[index]);
             break;
         }
         case kPP_MacroStringize:
             VELOR_ASSERT_TEXT("*textPtr == kPP_MacroParam", *textPtr == kPP_MacroParam);
             ++textPtr;
-            Stringize(out, actuals[paramIndex(textPtr, body)]);
+            Stringize(out, actuals[paramIndex(textPtr, body)].Reader());
             break;
         case kPP_MacroPaste:
             // Without a parameter behind it the code just vanishes, which joins its neighbours.
@@ -228,15 +244,16 @@ PP_CTextReader PP_CPPHelper::ExpandFunctionMacro(PP_CScanner* scanner, PP_MacroB
         default: out.AddChar(c);
         }
     }
-    return ExpandMacroText(PP_CTextReader(writer), PP_MacroLink::Alloc(fMemory, body, link));
+    return ExpandMacroText(out.Take(), PP_MacroLink::Alloc(fMemory, body, link));
 }
 
 // The right operand of ##. When it continues an identifier, a no-expand mark behind its first
 // identifier is dropped, so that the joined name can be expanded.
-void PP_CPPHelper::PasteActual(PP_CWriterHelper& out, PP_CTextReader actual) {
-    if (endsInIdentChar(out)) {
-        while (!actual.IsEOF()) {
-            int c = actual.GetChar();
+void PP_CPPHelper::PasteActual(PP_CExpansionBuilder& out, PP_CExpansionText const& actual) {
+    PP_CTextReader rest = actual.Reader();
+    if (endsInIdentChar(out.Reader())) {
+        while (!rest.IsEOF()) {
+            int c = rest.GetChar();
             if (c == kPP_MacroNoExpand)
                 break;
             out.AddChar(c);
@@ -244,25 +261,21 @@ void PP_CPPHelper::PasteActual(PP_CWriterHelper& out, PP_CTextReader actual) {
                 break;
         }
     }
-    out.AddText(actual);
-}
-
-PP_CTextReader* PP_CPPHelper::AllocReaderTable(unsigned long count) {
-    PP_CTextReader* table = static_cast<PP_CTextReader*>(fMemory->AllocTemp(count * sizeof(PP_CTextReader)));
-    for (unsigned long i = 0; i < count; ++i)
-        new (&table[i]) PP_CTextReader();
-    return table;
+    out.Add(actual.Piece(rest));
 }
 
 // macro-arguments = "(" [ argument { "," argument } ] ")", an argument being balanced text
 // Reads the arguments of a call, the scanner standing on its '('. Each argument loses its
 // leading and trailing space, and each inner run of space becomes one blank. Directives are
-// not recognised here: a '#' is plain text.
-PP_CTextReader* PP_CPPHelper::GetMacroActuals(PP_CScanner* scanner, PP_MacroBody* body, bool allowPop) {
+// not recognised here: a '#' is plain text. An argument written with single blanks between its
+// tokens is a view of the text read, not a copy.
+std::vector<PP_CExpansionText> PP_CPPHelper::GetMacroActuals(PP_CScanner* scanner, PP_CExpansionText const* source,
+                                                             PP_MacroBody* body, bool allowPop) {
     unsigned long const count = static_cast<unsigned long>(body->fParamCount);
-    PP_CTextReader* actuals = AllocReaderTable(count);
-    PP_CTextWriter writer(nullptr, 0);
-    PP_CWriterTemp out(fMemory, &writer);
+    std::vector<PP_CExpansionText> actuals(count);
+    PP_CExpansionBuilder out;
+    PP_CTextReader const oneBlank(" ", 1);
+    PP_CTextReader blank = oneBlank;  // the run of space itself when it is just one blank
     scanner->SkipChar();
     int depth = 1;
     bool atStart = true;
@@ -275,6 +288,8 @@ PP_CTextReader* PP_CPPHelper::GetMacroActuals(PP_CScanner* scanner, PP_MacroBody
         int token = scanner->GetNextToken(&error);
         bool const space = isSpaceToken(token);
         if (space) {
+            bool const aloneAndPlain = !pendingSpace && !scanner->TokenTextIsCooked();
+            blank = aloneAndPlain && isWord(scanner->GetTokenText(), " ") ? scanner->GetTokenText() : oneBlank;
             pendingSpace = pendingSpace || !atStart;
         } else if (token == kPPScan_LParen || token == kPPScan_RParen) {
             depth += token == kPPScan_LParen ? 1 : -1;
@@ -287,27 +302,32 @@ PP_CTextReader* PP_CPPHelper::GetMacroActuals(PP_CScanner* scanner, PP_MacroBody
         if (token == kPPScan_EOF) {
             if (fPP->AtEOF() || !allowPop)
                 break;
+            // The text of a file goes with it: what was read from it is kept as copies.
+            for (auto& actual : actuals)
+                actual.Detach();
+            out.Detach();
+            blank = oneBlank;
             fPP->PopInput();
             continue;
         }
         if (depth != 0 && !(token == kPPScan_Comma && depth == 1)) {
             if (!space) {
                 if (pendingSpace)
-                    out.AddChar(' ');
-                out.AddText(scanner->GetTokenText());
+                    out.AddStretch(source, blank);
+                addToken(out, *scanner, source);
                 atStart = false;
                 pendingSpace = false;
             }
             continue;
         }
-        sawText = sawText || writer.Readable() != 0;
+        PP_CExpansionText argument = out.Take();
+        sawText = sawText || !argument.IsEmpty();
         if (filled < count) {
-            actuals[filled++] = PP_CTextReader(writer);
+            actuals[filled++] = argument;
         } else if (sawText && !tooMany) {
             tooMany = true;
             fPP->Error(kPPErr_TooManyArguments, 1, body->fName);
         }
-        writer = PP_CTextWriter(nullptr, 0);
     } while (depth != 0);
     if (depth != 0)
         fPP->Error(kPPErr_CallWithoutClose, 1, body->fName);
@@ -317,19 +337,18 @@ PP_CTextReader* PP_CPPHelper::GetMacroActuals(PP_CScanner* scanner, PP_MacroBody
 }
 
 // Arguments are expanded with the chain of the call: the macro itself may be used in them.
-PP_CTextReader* PP_CPPHelper::ExpandActuals(PP_CTextReader* actuals, PP_MacroBody* body, PP_MacroLink* link) {
-    unsigned long const count = static_cast<unsigned long>(body->fParamCount);
-    PP_CTextReader* expanded = AllocReaderTable(count);
-    for (unsigned long i = 0; i < count; ++i) {
-        if (actuals[i].Readable() != 0)
+std::vector<PP_CExpansionText> PP_CPPHelper::ExpandActuals(std::vector<PP_CExpansionText> const& actuals,
+                                                           PP_MacroLink* link) {
+    std::vector<PP_CExpansionText> expanded(actuals.size());
+    for (size_t i = 0; i < actuals.size(); ++i) {
+        if (!actuals[i].IsEmpty())
             expanded[i] = ExpandMacroText(actuals[i], link);
     }
     return expanded;
 }
 
 // Quotes are escaped everywhere, backslashes only inside a string or character literal.
-void PP_CPPHelper::Stringize(PP_CTextWriter* writer, PP_CTextReader text) {
-    PP_CWriterTemp out(fMemory, writer);
+void PP_CPPHelper::Stringize(PP_CExpansionBuilder& out, PP_CTextReader text) {
     out.AddChar('"');
     int quote = 0;
     while (!text.IsEOF()) {

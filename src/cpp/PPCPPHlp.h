@@ -3,6 +3,9 @@
 #ifndef PPCPPHLP_H
 #define PPCPPHLP_H
 
+#include <vector>
+
+#include "PPExpansion.h"
 #include "PPMacTbl.h"
 #include "PPScan.h"
 #include "PPText.h"
@@ -10,8 +13,9 @@
 class PP_CPP;
 
 // The macro machinery of the preprocessor: #define and #undef, the preparation of replacement
-// text, and expansion. Expansion is text to text: a call is expanded completely into temp
-// memory, everything inside it expanded recursively, and the result pushed as a new input.
+// text, and expansion. Expansion is text to text: a call is expanded completely, everything
+// inside it expanded recursively, and the result copied to temp memory and pushed as a new
+// input. The texts between the levels are PP_CExpansionText, which go as soon as they are used.
 class PP_CPPHelper {
 public:
     PP_CPPHelper(PP_CPP* pp, PP_CMemoryManager* memory, PP_CMacroTable* macroTable, PP_CScanner* scanner);
@@ -28,15 +32,18 @@ public:
     int GetCookedToken(int* error);
 
     static bool HasBeenExpanded(PP_MacroBody* body, PP_MacroLink* link);
-    PP_CTextReader ExpandMacroBody(PP_CScanner* scanner, PP_MacroBody* body, PP_MacroLink* link, bool* expanded,
-                                   bool allowPop);
-    PP_CTextReader ExpandSpecialMacro(PP_MacroBody* body, PP_MacroLink* link);
-    PP_CTextReader ExpandObjectMacro(PP_MacroBody* body, PP_MacroLink* link);
-    PP_CTextReader ExpandFunctionMacro(PP_CScanner* scanner, PP_MacroBody* body, PP_MacroLink* link, bool allowPop);
-    PP_CTextReader ExpandMacroText(PP_CTextReader text, PP_MacroLink* link);
-    PP_CTextReader* GetMacroActuals(PP_CScanner* scanner, PP_MacroBody* body, bool allowPop);
-    PP_CTextReader* ExpandActuals(PP_CTextReader* actuals, PP_MacroBody* body, PP_MacroLink* link);
-    void Stringize(PP_CTextWriter* writer, PP_CTextReader text);
+    // `source` is the text that `scanner` reads, or null when it reads the input stack.
+    PP_CExpansionText ExpandMacroBody(PP_CScanner* scanner, PP_CExpansionText const* source, PP_MacroBody* body,
+                                      PP_MacroLink* link, bool* expanded, bool allowPop);
+    PP_CExpansionText ExpandSpecialMacro(PP_MacroBody* body, PP_MacroLink* link);
+    PP_CExpansionText ExpandObjectMacro(PP_MacroBody* body, PP_MacroLink* link);
+    PP_CExpansionText ExpandFunctionMacro(PP_CScanner* scanner, PP_CExpansionText const* source, PP_MacroBody* body,
+                                          PP_MacroLink* link, bool allowPop);
+    PP_CExpansionText ExpandMacroText(PP_CExpansionText const& text, PP_MacroLink* link);
+    std::vector<PP_CExpansionText> GetMacroActuals(PP_CScanner* scanner, PP_CExpansionText const* source,
+                                                   PP_MacroBody* body, bool allowPop);
+    std::vector<PP_CExpansionText> ExpandActuals(std::vector<PP_CExpansionText> const& actuals, PP_MacroLink* link);
+    void Stringize(PP_CExpansionBuilder& out, PP_CTextReader text);
 
     // Both are called with the scanner just behind the directive's word.
     void DoDefine();
@@ -56,9 +63,8 @@ private:
     bool AtLineEnd();
     bool NextBodyToken(int* token, int* code);
     bool SkipToCallParenthesis(PP_CScanner* scanner, bool allowPop);
-    PP_CTextReader NameStandingForItself(PP_MacroBody* body, bool sawSpace);
-    PP_CTextReader* AllocReaderTable(unsigned long count);
-    void PasteActual(PP_CWriterHelper& out, PP_CTextReader actual);
+    PP_CExpansionText NameStandingForItself(PP_MacroBody* body, bool sawSpace);
+    void PasteActual(PP_CExpansionBuilder& out, PP_CExpansionText const& actual);
     char* CopyToScratch(PP_CTextReader text);
 
     PP_CPP* fPP;

@@ -201,6 +201,9 @@ bool PP_CScanner::SkipBlanksToEOL() {
 // `second` follows a '/'.
 bool PP_CScanner::OpensComment(int second) const { return second == '*' || (second == '/' && !fNoLineComments); }
 
+// A '/' that opens no comment is stepped back over by one raw byte. When the peek behind it folded
+// a line continuation, that byte is the line end and the step stops on RawUnGetChar's invariant:
+// the defined outcome of a '/' at the end of a continued line in a directive.
 bool PP_CScanner::SkipComment() {
     if (CookedPeekChar() != '/')
         return false;

@@ -120,6 +120,8 @@ public:
     int GetNextToken(int* error);
     // The current token's text with continuation lines removed.
     PP_CTextReader GetTokenText();
+    // Whether that text is a copy with continuation lines removed rather than the input itself.
+    bool TokenTextIsCooked() const { return fHasContinuation; }
 
     int RawPeekChar() const { return fInput->IsEOF() ? -1 : fInput->PeekChar(); }
     int RawGetChar();

@@ -2,6 +2,7 @@
 
 #include "PPText.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "Assertion.h"
@@ -57,7 +58,10 @@ void PP_CWriterHelper::MoveTo(char* buffer, unsigned long capacity) {
 void PP_CWriterPerm::Expand(unsigned long size) {
     if (fWriter->Writeable() >= size)
         return;
-    unsigned long newCapacity = fWriter->Capacity() + (((size >> 8) + 1) << 8);
+    // The request rounded up to whole steps of 256, but never less than half what the buffer
+    // holds: a body of megabytes must not be copied once per 256 bytes it grows.
+    unsigned long const capacity = fWriter->Capacity();
+    unsigned long newCapacity = capacity + std::max(((size >> 8) + 1) << 8, capacity / 2);
     char* oldBuffer = fWriter->GetStart();
     MoveTo(static_cast<char*>(fMemory->AllocPerm(newCapacity)), newCapacity);
     fMemory->FreePerm(oldBuffer);

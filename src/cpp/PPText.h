@@ -89,7 +89,8 @@ private:
     void ExpandAddChar(int c);
 };
 
-// Additive growth in permanent memory, for a buffer that lives as long as the preprocessor.
+// Growth in permanent memory by rounded steps of 256 bytes while small, by half again once
+// large, for a buffer that lives as long as the preprocessor.
 class PP_CWriterPerm : public PP_CWriterHelper {
 public:
     using PP_CWriterHelper::PP_CWriterHelper;

@@ -65,6 +65,8 @@ public:
 
     static uint32_t GetErrorCount() { return fgErrorCount; }
     static uint32_t GetWarningCount() { return fgWarningCount; }
+    // For a process that runs more than one compilation: the next starts with nothing counted.
+    static void ResetCounts() { fgErrorCount = fgWarningCount = 0; }
 
 private:
     static unsigned char fgDiagMask;

@@ -73,7 +73,7 @@ int ForkMacFile::CreateFile() {
     // A creation that fails still answers success: the fork cannot be opened afterwards, and
     // that is where the failure shows.
     std::string file = folder + "/" + name;
-    int descriptor = ::open(file.c_str(), O_CREAT | O_EXCL | O_WRONLY, 0666);
+    int descriptor = ::open(file.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
     if (descriptor != -1) {
         ::close(descriptor);
         fRef = file;
@@ -90,7 +90,8 @@ int RsrcMacFile::OpenFork() {
         case 2: access = O_WRONLY; break;
         default: access = O_RDWR; break;
     }
-    fRefNum = ::open(fRef.c_str(), access);
+    // The file was made a moment ago; a link standing there now was planted since, and is refused.
+    fRefNum = ::open(fRef.c_str(), access | O_NOFOLLOW | O_CLOEXEC);
     return fRefNum == -1 ? ResultOfErrno() : 0;
 }
 

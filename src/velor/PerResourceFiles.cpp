@@ -12,6 +12,7 @@
 
 #include "Msgs.h"
 #include "Options.h"
+#include "OutputFiles.h"
 #include "RCResource.h"
 
 namespace fs = std::filesystem;
@@ -19,6 +20,9 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr char kSourceRecordName[] = "vdFilePath";
+// The record's replacement while it is written. Its suffix makes the clean-up take it away, should
+// a killed run leave it behind, and it is never read as the record.
+constexpr char kSourceRecordTemporaryName[] = "vdFilePath.new.vlbk";
 constexpr char kTimestampName[] = "timestamp.vlbk";
 constexpr char kResourceSuffix[] = ".vlbk";
 // Characters that split or quote a word in an unquoted list of file names.
@@ -28,13 +32,14 @@ bool EndsWith(std::string const& text, std::string const& suffix) {
     return text.size() >= suffix.size() && text.compare(text.size() - suffix.size(), suffix.size(), suffix) == 0;
 }
 
-bool IsRegularFile(fs::directory_entry const& entry) {
+// Links count as the entries they are, never as what they point at.
+bool IsDirectory(fs::directory_entry const& entry) {
     std::error_code error;
-    return entry.symlink_status(error).type() == fs::file_type::regular;
+    return entry.symlink_status(error).type() == fs::file_type::directory;
 }
 
 bool IsRemovableResourceFile(fs::directory_entry const& entry) {
-    return EndsWith(entry.path().filename().string(), kResourceSuffix) && IsRegularFile(entry) &&
+    return EndsWith(entry.path().filename().string(), kResourceSuffix) && !IsDirectory(entry) &&
            entry.path().string().find_first_of(kListBreakers) == std::string::npos;
 }
 
@@ -47,17 +52,6 @@ std::string TypeText(uint64_t type) {
         text += byte;
     }
     return text;
-}
-
-bool WriteWholeFile(std::string const& path, char const* bytes, size_t length) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (!out.is_open()) return false;
-    out.write(bytes, static_cast<std::streamsize>(length));
-    return true;
-}
-
-bool WriteWholeFile(std::string const& path, std::string const& text) {
-    return WriteWholeFile(path, text.data(), text.size());
 }
 
 // The messages below are built from file names and then shown as a format, so that "%%" in a
@@ -150,13 +144,15 @@ int CreateResourceFile(RCResource const* resource) {
     std::string typeFolder = *folder + "/vlbk_" + TypeText(resource->GetType());
     std::error_code ignored;
     fs::create_directory(typeFolder, ignored);
-    std::string path = typeFolder + "/" + std::to_string(static_cast<uint16_t>(resource->GetId())) + kResourceSuffix;
-    if (!WriteWholeFile(path, resource->GetContents(), resource->GetContentsLength())) return 1;
-    if (DebugMacroGiven() && !WriteWholeFile(*folder + kTimestampName, std::to_string(std::time(nullptr))))
+    std::string name = std::to_string(static_cast<uint16_t>(resource->GetId())) + kResourceSuffix;
+    if (!WriteFileInFolderNoFollow(typeFolder, name, resource->GetContents(), resource->GetContentsLength()))
         return 1;
-    return 0;
+    if (!DebugMacroGiven()) return 0;
+    std::string const stamp = std::to_string(std::time(nullptr));
+    return WriteFileNoFollow(*folder + kTimestampName, stamp.data(), stamp.size()) ? 0 : 1;
 }
 
 void CreateVdFilePathFile(std::string const& folder) {
-    WriteWholeFile(folder + kSourceRecordName, gOptions->GetFile(0));
+    std::string const source = gOptions->GetFile(0);
+    ReplaceFile(folder + kSourceRecordName, folder + kSourceRecordTemporaryName, source.data(), source.size());
 }

@@ -15,7 +15,8 @@ class RCResource;
 // The -o path up to and including its last "/"; nothing for a path without one.
 std::optional<std::string> OutputFolder();
 
-// Deletes the regular files named "*.vlbk" anywhere below folder. Files whose path, spelled from
+// Deletes every entry named "*.vlbk" anywhere below folder that is not a directory, links
+// included; the walk never follows a link into a directory. Files whose path, spelled from
 // folder on, holds white space, a quote or a backslash stay, as they always have: builds rely on
 // files of types such as 'STR ' surviving. Nothing else is touched and no shell is involved.
 void RemoveOldResourceFiles(std::string const& folder);

@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <new>
+#include <vector>
 
 #include "Assertion.h"
 #include "MsgIds.h"
@@ -25,9 +26,10 @@ static_assert(kRCScan_FnWord - kRCScan_FnArrayIndex == kFunction_Word, "function
 
 constexpr int kNoMinPriority = -1;
 
-// Every walk over a tree (reduce, evaluate, describe, delete) recurses on its depth, so the parser
-// refuses trees deeper than this. The guard counts the nesting of the parse and the operators
-// chained at each level of it, which together bound the depth of the tree being built.
+// The walks over a tree (reduce, evaluate, describe, delete) recurse on its nesting, so the parser
+// refuses nesting deeper than this: parentheses, unary operators and the operands of operands.
+// A chain of binary operators at one level is no nesting: its tree leans left, and every walk
+// follows that left spine in a loop (LeftSpine below), so a chain of any length parses.
 RCNesting gExpressionNesting{1000, kPPErr_ExpressionTooComplex};
 
 bool isStringToken(int token) {
@@ -139,7 +141,6 @@ RCExpression* RCExpression::ParseExpression(RCScanner* scanner, int minPriority)
     if (!tree) return nullptr;
     int priority = getOperatorPriority(scanner->TokenType());
     while (priority > minPriority) {
-        if (!depth.Deeper(scanner)) return nullptr;
         int op = scanner->TokenType();
         scanner->NextToken();
         // A ternary ends its level: nothing after it is read as an operator here.
@@ -433,39 +434,86 @@ void RCExpression_1::WriteDescription(DataArea* area, int indent) {
     writeChar(area, ')');
 }
 
-bool RCExpression_2::IsNumber() const {
-    return fLeft->IsNumber() && fRight->IsNumber();
+// The binary nodes down the left side of a chain, from this one to the deepest, and the operand
+// at the bottom. Walking this list in a loop keeps the machine stack flat however long a chain is.
+std::vector<RCExpression_2 const*> RCExpression_2::LeftSpine(RCExpression** bottom) const {
+    std::vector<RCExpression_2 const*> spine{this};
+    while (auto const* next = dynamic_cast<RCExpression_2 const*>(spine.back()->fLeft.GetRep())) spine.push_back(next);
+    *bottom = spine.back()->fLeft.GetRep();
+    return spine;
 }
 
+RCExpression_2::~RCExpression_2() {
+    // Each link is unhooked from the chain before it goes, so no destructor recurses down it.
+    RCExpression* next = fLeft.Release();
+    while (auto* link = dynamic_cast<RCExpression_2*>(next)) {
+        next = link->fLeft.Release();
+        delete link;
+    }
+    delete next;
+}
+
+bool RCExpression_2::IsNumber() const {
+    RCExpression* bottom;
+    auto const spine = LeftSpine(&bottom);
+    for (auto const* node : spine)
+        if (!node->fRight->IsNumber()) return false;
+    return bottom->IsNumber();
+}
+
+// Each level reduces its left side, then its right, and folds when both are constant: the order
+// of the walk, and so of its messages, is that of a recursive descent.
 RCExpression* RCExpression_2::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
+    RCExpression* bottom;
+    auto const spine = LeftSpine(&bottom);
     bool leftConstant = false;
-    bool rightConstant = false;
-    RCExpression* left = fLeft->Reduce(scanner, bindings, leftConstant);
-    RCExpression* right = fRight->Reduce(scanner, bindings, rightConstant);
-    isConstant = leftConstant && rightConstant;
-    if (!isConstant) return new RCExpression_2(fOperator, left, right);
-    RCNumber leftValue = evaluateReduced(scanner, bindings, left);
-    RCNumber rightValue = evaluateReduced(scanner, bindings, right);
-    return Number(evaluateBinary(scanner, fOperator, leftValue, rightValue));
+    RCExpression* left = bottom->Reduce(scanner, bindings, leftConstant);
+    for (auto node = spine.rbegin(); node != spine.rend(); ++node) {
+        bool rightConstant = false;
+        RCExpression* right = (*node)->fRight->Reduce(scanner, bindings, rightConstant);
+        if (!leftConstant || !rightConstant) {
+            left = new RCExpression_2((*node)->fOperator, left, right);
+            leftConstant = false;
+            continue;
+        }
+        RCNumber leftValue = evaluateReduced(scanner, bindings, left);
+        RCNumber rightValue = evaluateReduced(scanner, bindings, right);
+        left = Number(evaluateBinary(scanner, (*node)->fOperator, leftValue, rightValue));
+    }
+    isConstant = leftConstant;
+    return left;
 }
 
 RCNumber RCExpression_2::Evaluate(RCScanner* scanner, RCBindings* bindings) {
     // Both sides are always evaluated, left first: there is no short circuit.
-    RCNumber left = fLeft->Evaluate(scanner, bindings);
-    RCNumber right = fRight->Evaluate(scanner, bindings);
-    return evaluateBinary(scanner, fOperator, left, right);
+    RCExpression* bottom;
+    auto const spine = LeftSpine(&bottom);
+    RCNumber value = bottom->Evaluate(scanner, bindings);
+    for (auto node = spine.rbegin(); node != spine.rend(); ++node) {
+        RCNumber right = (*node)->fRight->Evaluate(scanner, bindings);
+        value = evaluateBinary(scanner, (*node)->fOperator, value, right);
+    }
+    return value;
 }
 
+// "(op left" + line end + "right)" at every level, each level indented past its operator.
 void RCExpression_2::WriteDescription(DataArea* area, int indent) {
-    char const* text = operatorText(fOperator);
-    int inner = indent + headWidth(text);
-    writeChar(area, '(');
-    writeText(area, text);
-    writeChar(area, ' ');
-    fLeft->WriteDescription(area, inner);
-    newLineIndent(area, inner);
-    fRight->WriteDescription(area, inner);
-    writeChar(area, ')');
+    RCExpression* bottom;
+    auto const spine = LeftSpine(&bottom);
+    std::vector<int> inner;
+    for (auto const* node : spine) {
+        char const* text = operatorText(node->fOperator);
+        inner.push_back(indent += headWidth(text));
+        writeChar(area, '(');
+        writeText(area, text);
+        writeChar(area, ' ');
+    }
+    bottom->WriteDescription(area, inner.back());
+    for (size_t level = spine.size(); level-- > 0;) {
+        newLineIndent(area, inner[level]);
+        spine[level]->fRight->WriteDescription(area, inner[level]);
+        writeChar(area, ')');
+    }
 }
 
 bool RCExpression_3::IsNumber() const {

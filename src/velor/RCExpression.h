@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstddef>
+#include <vector>
 
 #include "RCByteString.h"
 #include "RCDescription.h"
@@ -169,6 +170,7 @@ private:
 class RCExpression_2 : public RCExpression_Eval {
 public:
     RCExpression_2(int op, RCExpression* left, RCExpression* right) : fOperator(op), fLeft(left), fRight(right) {}
+    ~RCExpression_2() override;
 
     bool IsNumber() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
@@ -176,6 +178,8 @@ public:
     void WriteDescription(DataArea* area, int indent) override;
 
 private:
+    std::vector<RCExpression_2 const*> LeftSpine(RCExpression** bottom) const;
+
     int fOperator;
     RCPtr<RCExpression> fLeft;
     RCPtr<RCExpression> fRight;

@@ -6,7 +6,10 @@
 
 RCPrivMacResourceFile::RCPrivMacResourceFile(uint32_t fileType, uint32_t creator) : fFile(false) {
     fFile.IMacFile(fileType, creator);
-    if (auto folder = OutputFolder()) RemoveOldResourceFiles(*folder);
+    if (auto folder = OutputFolder()) {
+        fLock.emplace(*folder);
+        RemoveOldResourceFiles(*folder);
+    }
 }
 
 int RCPrivMacResourceFile::Open(char const* path) {

@@ -2,12 +2,15 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "MacFile.h"
+#include "OutputFiles.h"
 #include "RCPrivResourceFile.h"
 
 // The output named with -o: recreated as an empty file, with every resource written as a file of
-// its own beside it. Constructing one removes the per-resource files of earlier runs.
+// its own beside it. Constructing one locks the output's folder, so that runs into one folder take
+// turns from the clean-up to the last write, and removes the per-resource files of earlier runs.
 class RCPrivMacResourceFile : public RCPrivResourceFile {
 public:
     RCPrivMacResourceFile(uint32_t fileType, uint32_t creator);
@@ -16,5 +19,7 @@ public:
     int AddResource(RCResource const* resource) override;
 
 private:
+    // Declared first: taken before the clean-up, and given back only after the file is closed.
+    std::optional<FolderLock> fLock;
     RsrcMacFile fFile;
 };

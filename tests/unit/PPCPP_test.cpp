@@ -144,4 +144,19 @@ TEST_F(PPCPP, SpecialMacros) {
                                                   {kPPErr_DefineNotAllowed, ""}}));
 }
 
+// Asks for the line after every token, as a message at that token would.
+void ReadAskingForLines(PPTestPreprocessor& pp, std::string const& text) {
+    pp.PushFile(text);
+    int error;
+    while (pp.GetNextToken(&error) != kPPScan_EOF)
+        pp.GetLineno();
+}
+
+// A call still open at the end of the input is expanded from text that has no file under it any
+// more; its position cannot be asked for, and asking is a stop on the assertion.
+TEST_F(PPCPP, MacroTextWithoutAFileBelowHasNoLine) {
+    EXPECT_DEATH(ReadAskingForLines(*pp, "#define id(x)x\nid(\"\n,"),
+                 "Assertion failed: false, function NearestFileBelowTop");
+}
+
 } // namespace

@@ -183,4 +183,17 @@ TEST(PPScan, Utf8Signature) {
     }
 }
 
+bool SkipCommentOf(std::string const& text) {
+    PP_CTextReader input(text.data(), text.size());
+    PP_CScanner scanner(&input);
+    return scanner.SkipComment();
+}
+
+// The step back over a '/' that opens no comment is one raw byte; behind a folded continuation
+// that byte is the line end, and the scanner stops on its invariant.
+TEST(PPScanDeathTest, SlashBeforeAContinuationStopsOnTheStepBack) {
+    EXPECT_DEATH(SkipCommentOf("/\\\n2"), "Assertion failed: !isEOL\\(RawPeekChar\\(\\)\\)");
+    EXPECT_DEATH(SkipCommentOf("/\\\r2"), "Assertion failed: !isEOL\\(RawPeekChar\\(\\)\\)");
+}
+
 } // namespace

@@ -11,13 +11,15 @@ TEST(RemoveOldResourceFiles, RemovesResourceFilesAtAnyDepthAndNothingElse) {
         temp.Put(std::string("out/") + name);
     temp.Put("elsewhere/3.vlbk");
     std::filesystem::create_symlink(temp / "elsewhere/3.vlbk", temp / "out/link.vlbk");
+    std::filesystem::create_symlink(temp / "nowhere", temp / "out/dangling.vlbk");
+    std::filesystem::create_directory_symlink(temp / "elsewhere", temp / "out/into");
 
     RemoveOldResourceFiles(temp / "out/");
     RemoveOldResourceFiles(temp / "absent/");
 
-    for (auto gone : {"vlbk_TEXT/1.vlbk", "deep/er/2.vlbk", "timestamp.vlbk", ".vlbk"})
-        EXPECT_FALSE(temp.Has(std::string("out/") + gone)) << gone;
-    for (auto kept : {"vlbk_TEXT", "vdFilePath", "notes.vlbk.txt", "dir.vlbk/inside", "link.vlbk"})
+    for (auto gone : {"vlbk_TEXT/1.vlbk", "deep/er/2.vlbk", "timestamp.vlbk", ".vlbk", "link.vlbk", "dangling.vlbk"})
+        EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(temp / (std::string("out/") + gone)))) << gone;
+    for (auto kept : {"vlbk_TEXT", "vdFilePath", "notes.vlbk.txt", "dir.vlbk/inside"})
         EXPECT_TRUE(temp.Has(std::string("out/") + kept)) << kept;
     EXPECT_TRUE(temp.Has("elsewhere/3.vlbk"));
 }

@@ -206,6 +206,21 @@ TEST_F(RCExpressionTest, DescriptionsIndentNestedOperands) {
     EXPECT_EQ(Description("$$CountOf(items) + marks[1, 2]"),
               "(+ ($$CountOf items)\n   (arrayref marks 1\n                  2))");
     EXPECT_EQ(Description("\"a\\tb\""), "\"a\\tb\"");
+    EXPECT_EQ(Description("1 - 2 + x * 3 - 4"), "(- (+ (- 1\n         2)\n      (* x\n         3))\n   4)");
+}
+
+// A chain at one level is no nesting however long it is; parentheses and unary operators are.
+TEST_F(RCExpressionTest, LengthIsNotDepth) {
+    std::string chain = "1";
+    for (int i = 1; i < 200000; ++i) chain += i % 2 == 0 ? " + 3" : " - 1";
+    EXPECT_EQ(Integer(chain.c_str()), 1 + 99999 * 3 - 100000 * 1);
+
+    std::string const tooDeep = std::string(1000, '(') + "1" + std::string(1000, ')');
+    EXPECT_NE(ParseFailure(tooDeep.c_str()).find("expression too complex"), std::string::npos);
+    std::string unaryTooDeep;
+    for (int i = 0; i < 1000; ++i) unaryTooDeep += "~ ";
+    unaryTooDeep += "1";
+    EXPECT_NE(ParseFailure(unaryTooDeep.c_str()).find("expression too complex"), std::string::npos);
 }
 
 } // namespace

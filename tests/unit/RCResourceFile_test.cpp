@@ -3,8 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <list>
 #include <string>
 #include <vector>
@@ -198,6 +202,61 @@ TEST_F(WriteFileTest, FailedResourceWriteStopsThePassAndLeavesOtherFilesAlone) {
     EXPECT_FALSE(fTemp.Has("out/vlbk_TEXT/3.vlbk"));
     EXPECT_EQ(fTemp.Read("out/vlbk_BLOK"), "a file where the type folder belongs");
     EXPECT_EQ(fTemp.Read("out/keep.txt"), "keep");
+}
+
+TEST_F(WriteFileTest, LinksInTheOutputTreeAreRemovedOrRefusedNeverFollowed) {
+    namespace fs = std::filesystem;
+    // The victim holds the source's name, so that the record read through the link agrees.
+    fTemp.Put("victim", "in.vd");
+    fTemp.Put("elsewhere/old.vlbk", "outside too");
+    fTemp.Put("out/vlbk_TEXT/keep");
+    for (auto link : {"out/r.rsrc", "out/vlbk_TEXT/1.vlbk", "out/timestamp.vlbk", "out/vdFilePath"})
+        fs::create_symlink(fTemp / "victim", fTemp / link);
+    fs::create_directory_symlink(fTemp / "elsewhere", fTemp / "out/linked.vlbk");
+    fs::create_directory_symlink(fTemp / "elsewhere", fTemp / "out/linked");
+    Configure(fTemp / "out/r.rsrc", {"in.vd"}, {"DEBUG"});
+    EXPECT_EQ(Write({{kText, 1, "new"}}), 0);
+    EXPECT_EQ(fTemp.Read("victim"), "in.vd");
+    EXPECT_EQ(fTemp.Read("elsewhere/old.vlbk"), "outside too");
+    EXPECT_FALSE(fs::is_symlink(fTemp / "out/linked.vlbk"));
+    for (auto file : {"out/r.rsrc", "out/vlbk_TEXT/1.vlbk", "out/timestamp.vlbk", "out/vdFilePath"})
+        EXPECT_FALSE(fs::is_symlink(fTemp / file)) << file;
+    EXPECT_EQ(fTemp.Read("out/vlbk_TEXT/1.vlbk") + fTemp.Read("out/vdFilePath"), "newin.vd");
+
+    // A type folder that is a link takes no file, like a type folder that cannot be made.
+    fs::create_directory_symlink(fTemp / "elsewhere", fTemp / "out/vlbk_LINK");
+    EXPECT_EQ(Write({{0x4C494E4B, 1, "x"}, {kText, 2, ""}}), 1);
+    EXPECT_FALSE(fTemp.Has("elsewhere/1.vlbk"));
+    EXPECT_FALSE(fTemp.Has("out/vlbk_TEXT/2.vlbk"));
+}
+
+TEST_F(WriteFileTest, RecordIsReplacedWholeAndItsTemporaryNeverStays) {
+    Configure(fTemp / "out/r.rsrc", {"in.vd"});
+    fTemp.Put("out/vdFilePath", "in.vd");
+    fTemp.Put("out/vdFilePath.new.vlbk", "left by a killed run");
+    ASSERT_EQ(Write({{kText, 1, ""}, {kText, 2, ""}}), 0);
+    EXPECT_EQ(fTemp.Read("out/vdFilePath"), "in.vd");
+    EXPECT_FALSE(fTemp.Has("out/vdFilePath.new.vlbk"));
+}
+
+// Two runs into one folder at once, as a parallel build starts them: each must find the other's
+// output neither missing nor in the way of its record check.
+TEST_F(WriteFileTest, ConcurrentRunsTakeTurnsAndBothLeaveTheWholeOutput) {
+    std::vector<Entry> entries;
+    for (short id = 0; id < 300; ++id) entries.push_back({kText, id, std::string(id % 7, 'v')});
+    fTemp.Put("out/r.rsrc");
+    Configure(fTemp / "out/r.rsrc", {"in.vd"});
+    pid_t runs[2];
+    for (pid_t& run : runs)
+        if ((run = fork()) == 0) _exit(Write(entries));
+    for (pid_t run : runs) {
+        int status = -1;
+        ASSERT_EQ(waitpid(run, &status, 0), run);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    }
+    for (auto const& entry : entries)
+        EXPECT_EQ(fTemp.Read("out/vlbk_TEXT/" + std::to_string(entry.fId) + ".vlbk"), entry.fBytes) << entry.fId;
+    EXPECT_EQ(fTemp.Read("out/vdFilePath"), "in.vd");
 }
 
 }  // namespace
