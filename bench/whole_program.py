@@ -16,22 +16,24 @@ import corpus
 
 # Written by every compile-only run, whose -o names no folder to create the output file in.
 EXPECTED_NOTE = "CFURLGetFSRef failed"
+PEAK_MEMORY = None
 
 
-def run(command, cwd, stdout=subprocess.DEVNULL):
-    """Runs one process to its end: its wall time in seconds and its peak resident set in bytes."""
-    with tempfile.TemporaryFile() as messages:
+def run(command, cwd):
+    """Runs one process to its end under peak_memory: its wall time in seconds and its peak
+    resident set in bytes."""
+    with tempfile.TemporaryFile() as messages, tempfile.NamedTemporaryFile("r") as peak:
         start = time.perf_counter()
-        process = subprocess.Popen(command, cwd=cwd, stdout=stdout, stderr=messages)
-        _, status, usage = os.wait4(process.pid, 0)
+        status = subprocess.call([PEAK_MEMORY, peak.name] + command, cwd=cwd,
+                                 stdout=subprocess.DEVNULL, stderr=messages)
         elapsed = time.perf_counter() - start
-        process.returncode = os.waitstatus_to_exitcode(status)
         messages.seek(0)
         errors = messages.read().decode(errors="replace")
+        kilobytes = int(peak.read() or 0)
     unexpected = [line for line in errors.splitlines() if not line.startswith(EXPECTED_NOTE)]
-    if process.returncode != 0 or unexpected:
-        sys.exit(f"{' '.join(command)} failed ({process.returncode}):\n{errors[:2000]}")
-    return elapsed, usage.ru_maxrss * 1024
+    if status != 0 or unexpected:
+        sys.exit(f"{' '.join(command)} failed ({status}):\n{errors[:2000]}")
+    return elapsed, kilobytes * 1024
 
 
 def median_of(runs, commands, cwd, prepare=None):
@@ -83,10 +85,13 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--velor", required=True)
     parser.add_argument("--writer", required=True)
+    parser.add_argument("--peak-memory", required=True)
     parser.add_argument("--work", required=True)
     parser.add_argument("--resources", type=int, default=10000)
     parser.add_argument("--runs", type=int, default=5)
     options = parser.parse_args()
+    global PEAK_MEMORY
+    PEAK_MEMORY = options.peak_memory
     work, velor, count, runs = options.work, options.velor, options.resources, options.runs
     shutil.rmtree(work, ignore_errors=True)
     os.makedirs(work)

@@ -4,6 +4,9 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 dir=$(bash "$root/scripts/build.sh" | tail -n 1)
-cc -O2 -o "$dir/file_writer" "$root/bench/file_writer.c"
+for helper in file_writer peak_memory; do
+  cc -O2 -o "$dir/$helper" "$root/bench/$helper.c"
+done
 python3 "$root/bench/whole_program.py" --velor "$dir/velor" --writer "$dir/file_writer" \
+  --peak-memory "$dir/peak_memory" \
   --work "$dir/whole-program" --resources "${1:-10000}" --runs "${2:-5}"
