@@ -74,14 +74,15 @@ char const* functionText(int function) {
 // ---------------------------------------------------------------------------------------------
 // Base
 
+// Every field's value is a tree of nodes made and dropped per resource, so nodes are recycled.
 void* RCExpression::operator new(std::size_t size) {
     // A node is never built in memory that is not there: exhaustion ends the run by exception.
-    if (void* block = RCAlloc(size)) return block;
+    if (void* block = RCAllocSmall(size)) return block;
     throw std::bad_alloc();
 }
 
-void RCExpression::operator delete(void* block) {
-    RCFree(block);
+void RCExpression::operator delete(void* block, std::size_t size) {
+    RCFreeSmall(block, size);
 }
 
 RCExpression::~RCExpression() = default;

@@ -39,7 +39,7 @@ enum RCFunction : int {
 class RCExpression {
 public:
     static void* operator new(std::size_t size);
-    static void operator delete(void* block);
+    static void operator delete(void* block, std::size_t size);
 
     RCExpression() = default;
     RCExpression(RCExpression const&) = delete;
