@@ -2,27 +2,54 @@
 
 #include "RCResourceFile.h"
 
-#include <functional>
 
 #include "Assertion.h"
 #include "MsgIds.h"
 #include "Options.h"
 #include "RCPrivMacResourceFile.h"
 
-std::size_t RCResourceFile::KeyHash::operator()(Key const& key) const {
-    return std::hash<uint64_t>()((key.fType << 16) ^ static_cast<uint16_t>(key.fId));
+namespace {
+
+// Type and id mixed so that neighbouring ids of one type and equal ids of several types spread
+// over the whole table (the finaliser of MurmurHash3).
+std::size_t IndexHash(unsigned long type, short id) {
+    uint64_t key = (static_cast<uint64_t>(type) << 16) ^ static_cast<uint16_t>(id);
+    key ^= key >> 33;
+    key *= 0xff51afd7ed558ccdULL;
+    key ^= key >> 33;
+    key *= 0xc4ceb9fe1a85ec53ULL;
+    key ^= key >> 33;
+    return static_cast<std::size_t>(key);
 }
+
+}  // namespace
 
 RCResourceFile::~RCResourceFile() { release(fResources); }
 
-RCResource* RCResourceFile::Lookup(unsigned long type, short id) const {
-    auto found = fIndex.find(Key{type, id});
-    return found == fIndex.end() ? nullptr : found->second;
+std::size_t RCResourceFile::SlotOf(unsigned long type, short id) const {
+    std::size_t const mask = fIndex.size() - 1;
+    for (std::size_t at = IndexHash(type, id) & mask;; at = (at + 1) & mask) {
+        Slot const& slot = fIndex[at];
+        if (slot.fResource == nullptr || (slot.fType == type && slot.fId == id)) return at;
+    }
 }
 
+void RCResourceFile::GrowIndex() {
+    std::vector<Slot> old(fIndex.size() * 2);
+    old.swap(fIndex);
+    for (Slot const& slot : old)
+        if (slot.fResource != nullptr) fIndex[SlotOf(slot.fType, slot.fId)] = slot;
+}
+
+RCResource* RCResourceFile::Lookup(unsigned long type, short id) const { return fIndex[SlotOf(type, id)].fResource; }
+
 int RCResourceFile::AddResource(RCResource* resource) {
-    auto [place, added] = fIndex.try_emplace(Key{resource->GetType(), resource->GetId()}, resource);
-    if (!added) return kMsg_DuplicateResource;
+    unsigned long const type = resource->GetType();
+    short const id = resource->GetId();
+    if (Lookup(type, id) != nullptr) return kMsg_DuplicateResource;
+    if (2 * (fIndexed + 1) > fIndex.size()) GrowIndex();
+    fIndex[SlotOf(type, id)] = Slot{type, id, resource};
+    ++fIndexed;
     fResources.Append(new RCListItem<RCResource*>(resource));
     return 0;
 }

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
+#include <vector>
 
 #include "MsgIds.h"
 #include "RCResource.h"
@@ -32,16 +32,23 @@ public:
     int WriteFile(void* unused);
 
 private:
-    struct Key {
-        uint64_t fType;
-        int16_t fId;
-        bool operator==(Key const&) const = default;
+    // One place of the index; the key is kept beside the resource so that probing reads no
+    // resource.
+    struct Slot {
+        unsigned long fType;
+        short fId;
+        RCResource* fResource;
     };
-    struct KeyHash {
-        std::size_t operator()(Key const& key) const;
-    };
+
+    // The place of the index that holds the resource of type and id, or the empty place where it
+    // would go.
+    std::size_t SlotOf(unsigned long type, short id) const;
+    void GrowIndex();
 
     char const* fName;
     RCList<RCListItem<RCResource*>> fResources;
-    std::unordered_map<Key, RCResource*, KeyHash> fIndex;
+    // An open-addressed table of the resources by type and id, probed linearly and never more
+    // than half full: a look-up reads one short run of adjacent places, whatever the count.
+    std::vector<Slot> fIndex = std::vector<Slot>(64);
+    std::size_t fIndexed = 0;
 };
