@@ -9,4 +9,4 @@ for helper in file_writer peak_memory; do
 done
 python3 "$root/bench/whole_program.py" --velor "$dir/velor" --writer "$dir/file_writer" \
   --peak-memory "$dir/peak_memory" \
-  --work "$dir/whole-program" --resources "${1:-10000}" --runs "${2:-5}"
+  --work "$dir/whole-program" --resources "${1:-100000}" --runs "${2:-3}"

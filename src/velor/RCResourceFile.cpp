@@ -27,18 +27,29 @@ std::size_t IndexHash(unsigned long type, short id) {
 RCResourceFile::~RCResourceFile() { release(fResources); }
 
 std::size_t RCResourceFile::SlotOf(unsigned long type, short id) const {
+    std::size_t const hash = IndexHash(type, id);
     std::size_t const mask = fIndex.size() - 1;
-    for (std::size_t at = IndexHash(type, id) & mask;; at = (at + 1) & mask) {
+    for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
         Slot const& slot = fIndex[at];
-        if (slot.fResource == nullptr || (slot.fType == type && slot.fId == id)) return at;
+        if (slot.fResource == nullptr) return at;
+        if (slot.fHash == static_cast<uint32_t>(hash) && slot.fResource->GetType() == type &&
+            slot.fResource->GetId() == id)
+            return at;
     }
 }
 
+// The low bits of the hash that place a slot are the ones it keeps, so a slot moves without its
+// resource being read.
 void RCResourceFile::GrowIndex() {
     std::vector<Slot> old(fIndex.size() * 2);
     old.swap(fIndex);
-    for (Slot const& slot : old)
-        if (slot.fResource != nullptr) fIndex[SlotOf(slot.fType, slot.fId)] = slot;
+    std::size_t const mask = fIndex.size() - 1;
+    for (Slot const& slot : old) {
+        if (slot.fResource == nullptr) continue;
+        std::size_t at = slot.fHash & mask;
+        while (fIndex[at].fResource != nullptr) at = (at + 1) & mask;
+        fIndex[at] = slot;
+    }
 }
 
 RCResource* RCResourceFile::Lookup(unsigned long type, short id) const { return fIndex[SlotOf(type, id)].fResource; }
@@ -47,8 +58,8 @@ int RCResourceFile::AddResource(RCResource* resource) {
     unsigned long const type = resource->GetType();
     short const id = resource->GetId();
     if (Lookup(type, id) != nullptr) return kMsg_DuplicateResource;
-    if (2 * (fIndexed + 1) > fIndex.size()) GrowIndex();
-    fIndex[SlotOf(type, id)] = Slot{type, id, resource};
+    if (4 * (fIndexed + 1) > 3 * fIndex.size()) GrowIndex();
+    fIndex[SlotOf(type, id)] = Slot{resource, static_cast<uint32_t>(IndexHash(type, id))};
     ++fIndexed;
     fResources.Append(new RCListItem<RCResource*>(resource));
     return 0;

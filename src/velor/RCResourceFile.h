@@ -32,12 +32,11 @@ public:
     int WriteFile(void* unused);
 
 private:
-    // One place of the index; the key is kept beside the resource so that probing reads no
-    // resource.
+    // One place of the index: the resource and a part of its key's hash, so that probing and
+    // growing seldom read a resource itself.
     struct Slot {
-        unsigned long fType;
-        short fId;
         RCResource* fResource;
+        uint32_t fHash;
     };
 
     // The place of the index that holds the resource of type and id, or the empty place where it
@@ -48,7 +47,8 @@ private:
     char const* fName;
     RCList<RCListItem<RCResource*>> fResources;
     // An open-addressed table of the resources by type and id, probed linearly and never more
-    // than half full: a look-up reads one short run of adjacent places, whatever the count.
+    // than three quarters full: a look-up reads a short run of adjacent places, whatever the
+    // count, and the table costs a few words per resource.
     std::vector<Slot> fIndex = std::vector<Slot>(64);
     std::size_t fIndexed = 0;
 };

@@ -52,7 +52,9 @@ TEST(RCResourceFile, TellsEveryTypeAndIdApartAcrossGrowth) {
     for (int id = -32768; id <= 32767; ++id) {
         if (id == kFree) continue;
         ASSERT_EQ(file.AddResource(MakeResource(kText, static_cast<short>(id))), 0);
-        if (id % 7 == 0) ASSERT_EQ(file.AddResource(MakeResource(wideType, static_cast<short>(id))), 0);
+        if (id % 7 == 0) {
+            ASSERT_EQ(file.AddResource(MakeResource(wideType, static_cast<short>(id))), 0);
+        }
     }
     for (int id = -32768; id <= 32767; ++id) {
         RCResource* found = file.Lookup(kText, static_cast<short>(id));
