@@ -24,17 +24,19 @@ std::size_t IndexHash(unsigned long type, short id) {
 
 }  // namespace
 
-RCResourceFile::~RCResourceFile() { release(fResources); }
+RCResourceFile::~RCResourceFile() {
+    for (RCResource* resource : fResources) delete resource;
+}
 
 std::size_t RCResourceFile::SlotOf(unsigned long type, short id) const {
     std::size_t const hash = IndexHash(type, id);
     std::size_t const mask = fIndex.size() - 1;
     for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
         Slot const& slot = fIndex[at];
-        if (slot.fResource == nullptr) return at;
-        if (slot.fHash == static_cast<uint32_t>(hash) && slot.fResource->GetType() == type &&
-            slot.fResource->GetId() == id)
-            return at;
+        if (slot.fPosition == 0) return at;
+        if (slot.fHash != static_cast<uint32_t>(hash)) continue;
+        RCResource const* resource = fResources[slot.fPosition - 1];
+        if (resource->GetType() == type && resource->GetId() == id) return at;
     }
 }
 
@@ -45,23 +47,26 @@ void RCResourceFile::GrowIndex() {
     old.swap(fIndex);
     std::size_t const mask = fIndex.size() - 1;
     for (Slot const& slot : old) {
-        if (slot.fResource == nullptr) continue;
+        if (slot.fPosition == 0) continue;
         std::size_t at = slot.fHash & mask;
-        while (fIndex[at].fResource != nullptr) at = (at + 1) & mask;
+        while (fIndex[at].fPosition != 0) at = (at + 1) & mask;
         fIndex[at] = slot;
     }
 }
 
-RCResource* RCResourceFile::Lookup(unsigned long type, short id) const { return fIndex[SlotOf(type, id)].fResource; }
+RCResource* RCResourceFile::Lookup(unsigned long type, short id) const {
+    uint32_t const position = fIndex[SlotOf(type, id)].fPosition;
+    return position == 0 ? nullptr : fResources[position - 1];
+}
 
 int RCResourceFile::AddResource(RCResource* resource) {
     unsigned long const type = resource->GetType();
     short const id = resource->GetId();
     if (Lookup(type, id) != nullptr) return kMsg_DuplicateResource;
-    if (4 * (fIndexed + 1) > 3 * fIndex.size()) GrowIndex();
-    fIndex[SlotOf(type, id)] = Slot{resource, static_cast<uint32_t>(IndexHash(type, id))};
-    ++fIndexed;
-    fResources.Append(new RCListItem<RCResource*>(resource));
+    if (4 * (fResources.size() + 1) > 3 * fIndex.size()) GrowIndex();
+    std::size_t const slot = SlotOf(type, id);
+    fResources.push_back(resource);
+    fIndex[slot] = Slot{static_cast<uint32_t>(IndexHash(type, id)), static_cast<uint32_t>(fResources.size())};
     return 0;
 }
 
@@ -79,8 +84,7 @@ int RCResourceFile::WriteFile(void*) {
     RCPrivMacResourceFile output(static_cast<uint32_t>(gOptions->GetType()),
                                  static_cast<uint32_t>(gOptions->GetCreator()));
     if (int result = output.Open(fName)) return result;
-    RCListIterator<RCList<RCListItem<RCResource*>>> resources(fResources);
-    while (auto* item = resources.Next())
-        if (int result = output.AddResource(item->fValue)) return result;
+    for (RCResource const* resource : fResources)
+        if (int result = output.AddResource(resource)) return result;
     return 0;
 }

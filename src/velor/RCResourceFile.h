@@ -7,7 +7,6 @@
 
 #include "MsgIds.h"
 #include "RCResource.h"
-#include "RCScope.h"
 
 // The resources of one compilation, held until the end of the file so that a file with an error
 // writes nothing. The list keeps the order of insertion, which is the order of writing; an index
@@ -32,11 +31,11 @@ public:
     int WriteFile(void* unused);
 
 private:
-    // One place of the index: the resource and a part of its key's hash, so that probing and
-    // growing seldom read a resource itself.
+    // One place of the index: a part of the key's hash, so that probing and growing seldom read
+    // a resource itself, and the resource's position in the list counted from 1; 0 is empty.
     struct Slot {
-        RCResource* fResource;
         uint32_t fHash;
+        uint32_t fPosition;
     };
 
     // The place of the index that holds the resource of type and id, or the empty place where it
@@ -45,10 +44,10 @@ private:
     void GrowIndex();
 
     char const* fName;
-    RCList<RCListItem<RCResource*>> fResources;
+    // The resources in order of insertion, owned.
+    std::vector<RCResource*> fResources;
     // An open-addressed table of the resources by type and id, probed linearly and never more
     // than three quarters full: a look-up reads a short run of adjacent places, whatever the
-    // count, and the table costs a few words per resource.
+    // count, and the table costs a few bytes per resource.
     std::vector<Slot> fIndex = std::vector<Slot>(64);
-    std::size_t fIndexed = 0;
 };
