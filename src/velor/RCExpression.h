@@ -167,7 +167,7 @@ private:
 };
 
 // A binary operator, by its token.
-class RCExpression_2 : public RCExpression_Eval {
+class RCExpression_2 final : public RCExpression_Eval {
 public:
     RCExpression_2(int op, RCExpression* left, RCExpression* right) : fOperator(op), fLeft(left), fRight(right) {}
     ~RCExpression_2() override;
