@@ -7,6 +7,6 @@ dir=$(bash "$root/scripts/build.sh" | tail -n 1)
 for helper in file_writer peak_memory; do
   cc -O2 -o "$dir/$helper" "$root/bench/$helper.c"
 done
-python3 "$root/bench/whole_program.py" --velor "$dir/velor" --writer "$dir/file_writer" \
+python3 -u "$root/bench/whole_program.py" --velor "$dir/velor" --writer "$dir/file_writer" \
   --peak-memory "$dir/peak_memory" \
   --work "$dir/whole-program" --resources "${1:-100000}" --runs "${2:-3}"
