@@ -1,6 +1,9 @@
 // Compiling `type` and `resource` statements: the time per resource statement should stay flat as
-// a file holds more of them, the time per field as a type grows, and the time per term of one
-// field value that is a flat chain of operators.
+// a file holds more of them, the time per field as a type grows, the time per term of one field
+// value that is a flat chain of operators, the time per byte as a string value grows out of more
+// adjacent literals, and the time per entry as a multi-string table grows. Descriptions switched
+// off must cost nothing: the time per resource statement without them is that of a compiler that
+// has none.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -10,6 +13,7 @@
 #include "Options.h"
 #include "PPMacTbl.h"
 #include "PPMemMgr.h"
+#include "RCPredefinedTypes.h"
 #include "RCResourceFile.h"
 #include "RCScanner.h"
 #include "RCSymTbl.h"
@@ -26,20 +30,35 @@ double CompileNanoseconds(std::string const& text) {
     RCSymbolTable symbols;
     RCScanner scanner(&memory, &macros, &symbols);
     RCResourceFile resources("out/bench.rsrc");
+    EnterPredefinedTypes(&symbols);
     auto start = Clock::now();
     scanner.PushInput(scanner.ReadFile(text.c_str(), "bench.vd"));
     scanner.NextToken();
-    CompileTopLevel(&scanner, &resources, [] {});
+    CompileTopLevel(&scanner, &macros, &resources, [] {});
     std::chrono::duration<double, std::nano> elapsed = Clock::now() - start;
     if (Msgs::GetErrorCount() != 0) std::abort();
     return elapsed.count();
 }
 
-double NanosecondsPerResource(long count) {
+double NanosecondsPerResource(long count, bool descriptions) {
+    gOptions->SetWriteDescriptions(descriptions);
     std::string text = "type Rec('BNCH') { bitstring[4]; bitstring[4]; integer; byte a, b, c = 10; boolean; };\n";
     for (long id = 0; id < count; ++id)
         text += "resource Rec (" + std::to_string(id - 32768) + ") { 10; 5; 0x1234; c; 1 };\n";
-    return CompileNanoseconds(text) / static_cast<double>(count);
+    double perResource = CompileNanoseconds(text) / static_cast<double>(count);
+    gOptions->SetWriteDescriptions(false);
+    return perResource;
+}
+
+// One table whose ids run backwards, so that sorting has all the work to do.
+double NanosecondsPerEntry(long count) {
+    std::string text = "resource MULTISTRING (1) {";
+    for (long i = count; i > 0; --i) {
+        text += ' ';
+        text += std::to_string(i);
+        text += ", \"s\";";
+    }
+    return CompileNanoseconds(text + " };\n") / static_cast<double>(count);
 }
 
 double NanosecondsPerField(long count) {
@@ -47,7 +66,9 @@ double NanosecondsPerField(long count) {
     std::string values = "resource Wide (1) {";
     for (long i = 0; i < count; ++i) {
         type += i % 2 ? " byte;" : " bitstring[3];";
-        values += " " + std::to_string(i % 8) + ";";
+        values += ' ';
+        values += std::to_string(i % 8);
+        values += ';';
     }
     return CompileNanoseconds(type + " };\n" + values + " };\n") / static_cast<double>(count);
 }
@@ -62,17 +83,29 @@ double NanosecondsPerChainTerm(long count) {
     return CompileNanoseconds(type + "; longint; };\n" + values + " };\n") / static_cast<double>(count);
 }
 
+double NanosecondsPerStringByte(long literals) {
+    std::string const literal = " \"" + std::string(62, 'x') + "\"";
+    std::string text = "type Text('TEXT') { cstring; };\nresource Text (1) {";
+    for (long i = 0; i < literals; ++i) text += literal;
+    return CompileNanoseconds(text + " };\n") / static_cast<double>(literals * 62);
+}
+
 }  // namespace
 
 int main() {
     Options options;
     gOptions = &options;
     for (long count : {1000L, 10000L, 60000L})
-        std::printf("%6ld resources: %8.1f ns per resource statement\n", count, NanosecondsPerResource(count));
+        std::printf("%6ld resources: %8.1f ns per resource statement without descriptions, %8.1f with\n", count,
+                    NanosecondsPerResource(count, false), NanosecondsPerResource(count, true));
     for (long count : {1000L, 10000L, 100000L})
         std::printf("%6ld fields:    %8.1f ns per field of one type and its resource\n", count,
                     NanosecondsPerField(count));
     for (long count : {1000L, 10000L, 100000L, 1000000L})
         std::printf("%7ld terms:  %8.1f ns per term of a flat chain in a field\n", count, NanosecondsPerChainTerm(count));
+    for (long count : {100L, 1000L, 10000L})
+        std::printf("%6ld literals:  %8.1f ns per byte of one string value\n", count, NanosecondsPerStringByte(count));
+    for (long count : {1000L, 5000L, 10000L})
+        std::printf("%6ld entries:   %8.1f ns per entry of one multi-string table\n", count, NanosecondsPerEntry(count));
     return 0;
 }

@@ -1,5 +1,6 @@
 // The tool driver: the command line into gOptions, the include directories into gSearchPath,
-// and each input file compiled in a world of its own that ends with the file.
+// and each input file compiled in a world of its own that ends with the file. Its named numbers
+// too are the file's own: enum and const lines define them as macros of the file's table.
 
 #include "AnsiCPPTool.h"
 
@@ -7,13 +8,20 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "DependencyRecord.h"
 #include "IncDir.h"
+#include "MsgIds.h"
 #include "Msgs.h"
 #include "Options.h"
 #include "PPCPP.h"
 #include "RCDescription.h"
+#include "RCExpression.h"
+#include "RCNumber.h"
+#include "RCPredefinedTypes.h"
+#include "RCPtr.h"
 #include "RCResourceFile.h"
 #include "RCScanner.h"
+#include "RCStatement.h"
 #include "RCSymTbl.h"
 #include "RCTopLevel.h"
 #include "SearchPath.h"
@@ -58,6 +66,7 @@ AnsiCPPTool::AnsiCPPTool() {
 }
 
 AnsiCPPTool::~AnsiCPPTool() {
+    gDependencies = nullptr;
     delete gOptions;
     gOptions = nullptr;
     delete gSearchPath;
@@ -74,9 +83,28 @@ void AnsiCPPTool::Main(int argc, char** argv, char** envp) {
     ProcessCommandLine(argc, argv, envp);
     Msgs::ErrorCheck();
     if ((Msgs::GetMask() & Msgs::kProgress) != 0) ShowVersion();
+    StartDependencyRecord();
     Run();
+    FinishDependencyRecord();
     Msgs::Display(Msgs::kProgress, "\n");
     Msgs::Exit(0);
+}
+
+// Build systems ask for the list of files read through the environment, as they do of C compilers.
+void AnsiCPPTool::StartDependencyRecord() {
+    fDependencies = DependencyRecord::FromSetting(std::getenv("VELOR_DEPENDENCIES_OUTPUT"), gOptions->GetOutput());
+    Msgs::ErrorCheck();
+    if (fDependencies == nullptr) return;
+    for (long i = 0; i < gOptions->FileCount(); ++i) fDependencies->MarkInput(gOptions->GetFile(i));
+    gDependencies = fDependencies.get();
+}
+
+// Only a run that got this far has read everything; a failed one has left through Msgs::Exit.
+void AnsiCPPTool::FinishDependencyRecord() {
+    if (fDependencies == nullptr) return;
+    if (!fDependencies->Write())
+        Msgs::Display(Msgs::kError, "Could not write the dependency file \"%s\"\n", fDependencies->FileName().c_str());
+    Msgs::ErrorCheck();
 }
 
 // There is no resource chain to hold a usage text, so the fall-back text is shown.
@@ -189,10 +217,85 @@ void AnsiCPPTool::CompileFile(char const* name) {
 void AnsiCPPTool::Compile(RCScanner* scanner, PP_CMacroTable* macroTable) {
     for (long i = 0; i < gOptions->MacroCount(); ++i)
         macroTable->DefineMacro(gOptions->GetMacroName(i), gOptions->GetMacroBody(i), true);
+    EnterPredefinedTypes(scanner->GetSymbolTable());
     RCResourceFile resourceFile(gOptions->GetOutput());
     scanner->NextToken();
-    CompileTopLevel(scanner, &resourceFile, [] { Msgs::ErrorCheck(); });
+    CompileTopLevel(scanner, macroTable, &resourceFile, [] { Msgs::ErrorCheck(); });
     Msgs::ErrorCheck();
     if (gOptions->GetWriteDescriptions()) AddTypeDescriptions(scanner->GetSymbolTable(), &resourceFile);
     resourceFile.WriteFile(nullptr);
+}
+
+// file-item: `enum` ... | `const` ... | `typedef` ... `;`
+// The token's type plays no part, only its text: these words are not keywords of the language.
+bool AnsiCPPTool::ParseEnumOrConst(RCScanner* scanner, PP_CMacroTable* macroTable) {
+    PP_CTextReader word = scanner->TokenText();
+    if (RCScanner::Compare(word, "enum"))
+        ParseEnum(scanner, macroTable);
+    else if (RCScanner::Compare(word, "const"))
+        ParseConst(scanner, macroTable);
+    else if (RCScanner::Compare(word, "typedef"))
+        scanner->ScanUntil(kPPScan_Semicolon);  // defines nothing; brackets are stepped over whole
+    else
+        return false;
+    return true;
+}
+
+// enum-line: `enum` [ identifier ] `{` [ enumerator { `,` enumerator } [ `,` ] ] `}` `;`
+// enumerator: identifier [ `=` number-expression ]
+// An enumerator without a value takes the one after its predecessor's; the first takes 0. After a
+// bad enumerator the rest of the line is skipped.
+void AnsiCPPTool::ParseEnum(RCScanner* scanner, PP_CMacroTable* macroTable) {
+    if (scanner->NextToken() == kPPScan_Ident) scanner->NextToken();  // the tag is never recorded
+    if (!scanner->Scan(kPPScan_LCurly, kMsg_ExpectedLCurly)) return;
+    long value = 0;
+    for (;;) {
+        int const token = scanner->TokenType();
+        if (token == kPPScan_EOF) return;
+        if (token == kPPScan_RCurly) break;
+        if (token != kPPScan_Ident) {
+            scanner->Error(kMsg_ExpectedIdentifier, 0);
+            break;
+        }
+        UniqueStruct* name = scanner->ScanName(0);
+        if (scanner->Scan(kPPScan_Assign)) {
+            RCPtr<RCExpression> expression(RCExpression::ParseExpression(scanner, -1));
+            if (!expression) break;
+            value = RCStatement::EvalNumber(expression, scanner);
+        }
+        DefineMacro(macroTable, name, value);
+        value = WrappingAdd(value, 1);
+        if (scanner->TokenType() == kPPScan_RCurly) break;
+        if (!scanner->Scan(kPPScan_Comma, kMsg_ExpectedComma)) break;
+    }
+    scanner->ScanUntil(kPPScan_RCurly);
+    scanner->ScanUntil(kPPScan_Semicolon);
+}
+
+// const-line: `const` { word } identifier `=` number-expression `;`
+// Every word up to the "=" is passed over, so the last identifier in front of it is the name:
+// "const unsigned long kSize = 4*4;" defines kSize. A line without "=" defines nothing.
+void AnsiCPPTool::ParseConst(RCScanner* scanner, PP_CMacroTable* macroTable) {
+    scanner->NextToken();
+    UniqueStruct* name = nullptr;
+    for (;;) {
+        int const token = scanner->TokenType();
+        if (token == kPPScan_EOF || token == kPPScan_Semicolon) return;
+        if (token == kPPScan_Assign) break;
+        if (token == kPPScan_Ident)
+            name = scanner->ScanName(0);
+        else
+            scanner->NextToken();
+    }
+    scanner->NextToken();
+    RCPtr<RCExpression> expression(RCExpression::ParseExpression(scanner, -1));
+    if (expression) DefineMacro(macroTable, name, RCStatement::EvalNumber(expression, scanner));
+    scanner->ScanUntil(kPPScan_Semicolon);
+}
+
+void AnsiCPPTool::DefineMacro(PP_CMacroTable* macroTable, UniqueStruct* name, long value) {
+    if (name == nullptr) return;
+    char text[32];
+    std::snprintf(text, sizeof text, "%ld", value);
+    macroTable->DefineMacro(nameOf(name), text, true);
 }

@@ -7,6 +7,7 @@
 
 #include "DataArea.h"
 #include "RCDefinition.h"
+#include "RCExpression.h"
 #include "RCHash.h"
 #include "RCResource.h"
 #include "RCResourceFile.h"
@@ -35,12 +36,16 @@ constexpr DescriptionWord kDescriptionWords[] = {
     {kDesc_Null, "null", false},
     {kDesc_Bitstring, "bitstring", true},
     {kDesc_Float, "float", true},
+    {kDesc_String, "string", true},
     {kDesc_Value, "value", true},
+    {kDesc_Length, "length", true},
     {kDesc_Oneof, "oneof", false},
     {kDesc_If, "if", true},
     {kDesc_Arrayref, "arrayref", true},
     {kDesc_CountOf, "$$CountOf", true},
     {kDesc_ArrayIndex, "$$ArrayIndex", true},
+    {kDesc_Bitmap, "bitmap", false},
+    {kDesc_Multistring, "multistring", false},
 };
 
 constexpr bool RowsFollowTheKeywords() {
@@ -114,20 +119,53 @@ void writeString(DataArea* area, char const* bytes, unsigned long length) {
     writeChar(area, '"');
 }
 
-void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RCNamedList<RCNamedValue>& values) {
+void writeExpressionGroup(DataArea* area, RCDescriptionKeyword head, RCExpression* expression, int indent) {
+    writeHead(area, head);
+    expression->WriteDescription(area, indent);
+    writeChar(area, ')');
+}
+
+namespace {
+
+// A named group: the head on a new line, each entry as "(name value)" on a line of its own two
+// deeper, then ")". The value writer gets the indent of the entry's value.
+template <class List, class WriteValue>
+void writeNamedGroup(DataArea* area, int indent, char const* lead, RCDescriptionKeyword head, List& values,
+                     WriteValue writeValue) {
     if (!values.First()) return;
     newLineIndent(area, indent);
+    writeText(area, lead);
     writeHead(area, head);
-    RCListIterator<RCNamedList<RCNamedValue>> entries(values);
-    while (RCNamedValue* entry = entries.Next()) {
+    RCListIterator<List> entries(values);
+    while (auto* entry = entries.Next()) {
         newLineIndent(area, indent + 2);
         writeChar(area, '(');
         writeText(area, nameOf(entry->fName));
         writeChar(area, ' ');
-        writeNumber(area, entry->fValue);
+        writeValue(*entry, indent + 4);
         writeChar(area, ')');
     }
     writeChar(area, ')');
+}
+
+}  // namespace
+
+void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RCNamedList<RCNamedValue>& values) {
+    writeNamedGroup(area, indent, "", head, values,
+                    [area](RCNamedValue& entry, int) { writeNumber(area, entry.fValue); });
+}
+
+void writeNamedExpressions(DataArea* area, int indent, bool blankBeforeHead, RCDescriptionKeyword head,
+                           RCNamedExpressionList& values) {
+    writeNamedGroup(area, indent, blankBeforeHead ? " " : "", head, values,
+                    [area](RCNamedExpression& entry, int valueIndent) { entry.fValue->WriteDescription(area, valueIndent); });
+}
+
+void writePayload(DataArea* area, RCDescriptionKeyword payload) {
+    writeHead(area, kDesc_Prog);
+    writeChar(area, ' ');
+    writeHead(area, payload);
+    writeText(area, "))");
 }
 
 namespace {

@@ -1,10 +1,12 @@
 // The descriptions of types and instances: S-expression text for the description walker.
 #pragma once
 
+#include "RCNamedExpression.h"
 #include "RCNamedValue.h"
 #include "RCNumber.h"
 
 class DataArea;
+class RCExpression;
 class RCResourceFile;
 class RCSymbolTable;
 
@@ -23,12 +25,16 @@ enum RCDescriptionKeyword : int {
     kDesc_Null,
     kDesc_Bitstring,
     kDesc_Float,
+    kDesc_String,
     kDesc_Value,
+    kDesc_Length,
     kDesc_Oneof,
     kDesc_If,
     kDesc_Arrayref,
     kDesc_CountOf,
     kDesc_ArrayIndex,
+    kDesc_Bitmap,
+    kDesc_Multistring,
     kDesc_KeywordCount
 };
 
@@ -52,9 +58,19 @@ void writeNumber(DataArea* area, long number);
 // backslash and three octal digits. Quotes and parentheses stay as they are.
 void writeString(DataArea* area, char const* text);
 void writeString(DataArea* area, char const* bytes, unsigned long length);
+// A keyword group around one expression: the head, as "(value ", the expression written at the
+// given indent, and ")".
+void writeExpressionGroup(DataArea* area, RCDescriptionKeyword head, RCExpression* expression, int indent);
 // A group of named numbers: on a new line at the indent the head, then each entry as
 // "(name number)" on a line of its own two deeper, then ")". An empty list writes nothing.
 void writeNamedNumbers(DataArea* area, int indent, RCDescriptionKeyword head, RCNamedList<RCNamedValue>& values);
+// The same with an expression for each entry, written two deeper than its entry. A string field
+// puts a blank between the indent and the head.
+void writeNamedExpressions(DataArea* area, int indent, bool blankBeforeHead, RCDescriptionKeyword head,
+                           RCNamedExpressionList& values);
+// The whole type description of a payload statement, "(prog (keyword))": its layout is fixed by
+// the code behind it, so the text names the payload and nothing more.
+void writePayload(DataArea* area, RCDescriptionKeyword payload);
 
 // Stores a finished description as a resource of the given type, flagged 0x10: the text up to
 // the area's cursor, ended by one zero byte that belongs to it. The id is the hash of hashedText,

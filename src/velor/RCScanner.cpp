@@ -6,6 +6,7 @@
 #include "RCScanner.h"
 
 #include "Assertion.h"
+#include "DependencyRecord.h"
 #include "IncDir.h"
 #include "Msgs.h"
 #include "Options.h"
@@ -272,6 +273,8 @@ PP_CInput* RCScanner::ReadFile(IncFile* incFile, char const* path) {
     unsigned long size = 0;
     char* buffer = ReadWholeFile(path, size);
     if (buffer == nullptr) return nullptr;
+    // Inputs, included files and the files resources take their bytes from all come through here.
+    if (gDependencies != nullptr) gDependencies->Note(path);
     return NewFileInput(incFile, buffer, size, path);
 }
 

@@ -8,6 +8,7 @@
 #include "MsgIds.h"
 #include "RCAlloc.h"
 #include "RCBindings.h"
+#include "RCByteString.h"
 #include "RCDescription.h"
 #include "RCDescriptionTrace.h"
 #include "RCExpression.h"
@@ -52,6 +53,20 @@ bool RCStatement::CreateResource_File(RCBindings* bindings, RCScanner* scanner, 
 }
 
 char RCStatement::LabelWidth() { return 0; }
+
+bool RCStatement::CreateResource_Long(RCScanner* scanner, RCBindings* bindings, long* value) {
+    RCPtr<RCExpression> expression(ScanNumber(scanner));
+    if (!expression) return false;
+    *value = expression->Evaluate(scanner, bindings).AsInteger();
+    return true;
+}
+
+bool RCStatement::CreateResource_String(RCScanner* scanner, RCBindings*, RCByteString* value) {
+    RCPtr<RCExpression> expression(ScanString(scanner));
+    if (!expression) return false;
+    *value = expression->AsString();
+    return true;
+}
 
 // statement = [ "unsigned" ] [ radix ] [ "wide" ] field ( ";" | before "}" )
 RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {

@@ -10,6 +10,7 @@ class PP_CInput;
 class RCBindings;
 class RCExpression;
 class RCScanner;
+struct RCByteString;
 struct UniqueStruct;
 
 // One node of a type body. A type is parsed once into a tree of these; the tree is then walked once
@@ -39,6 +40,9 @@ public:
     static RCStatement* ParseStatement(RCScanner* scanner);
     // A whole braced body; the current token must be '{'.
     static RCStatement* ParseCompound(RCScanner* scanner);
+    // The payload statement behind a predefined type's name: a new bitmap converter for BITMAP,
+    // a multi-string table for MULTISTRING, and a plain byte string for every other name.
+    static RCStatement* GetStatementFromName(UniqueStruct* name);
 
     // Consumes the current token if it is `token` and returns it; otherwise returns kNoKeyword.
     static int ScanKeyword(RCScanner* scanner, int token);
@@ -59,6 +63,14 @@ public:
 
     // The token value behind the last keyword: what ScanKeyword and ScanRadix answer for "absent".
     static constexpr int kNoKeyword = 125;
+
+protected:
+    // A number of the value list, evaluated against the instance. False, with nothing stored,
+    // when no numeric expression could be read.
+    static bool CreateResource_Long(RCScanner* scanner, RCBindings* bindings, long* value);
+    // A string of the value list, as a copy that the caller destroys. False, with the value
+    // untouched, when no string expression could be read.
+    static bool CreateResource_String(RCScanner* scanner, RCBindings* bindings, RCByteString* value);
 };
 
 // Owns its statements: destroying the list destroys them. Copying takes the items away from the

@@ -3,6 +3,7 @@
 #include "RCStatementFactory.h"
 
 #include "RCScanner.h"
+#include "RCStatement_ByteString.h"
 #include "RCStatement_Number.h"
 
 namespace {
@@ -23,6 +24,15 @@ constexpr FactoryRow kFactoryRows[] = {
     {kRCScan_Longint, ParseIntegerField},
     {kRCScan_Double, ParseRealField},
     {kRCScan_Single, ParseRealField},
+    {kRCScan_Char, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Cstring, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Icstring, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Ipstring, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Istring, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Iwstring, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Pstring, RCStatement_ByteString::ParseByteString},
+    {kRCScan_String, RCStatement_ByteString::ParseByteString},
+    {kRCScan_Wstring, RCStatement_ByteString::ParseByteString},
 };
 
 }  // namespace

@@ -129,9 +129,7 @@ void RCStatement_Number::WriteDescription(DataArea* area, int indent) {
     writeNumber(area, static_cast<long>(fWidth));
     if (fValueExpr) {
         newLineIndent(area, indent + 2);
-        writeHead(area, kDesc_Value);
-        fValueExpr->WriteDescription(area, indent + 4);
-        writeChar(area, ')');
+        writeExpressionGroup(area, kDesc_Value, fValueExpr, indent + 4);
     }
     writeNamedNumbers(area, indent + 2, kDesc_Oneof, fValues);
     writeChar(area, ')');

@@ -2,11 +2,13 @@
 
 #include "RCTopLevel.h"
 
+#include "AnsiCPPTool.h"
 #include "MsgIds.h"
 #include "RCDefinition.h"
 #include "RCScanner.h"
 
-void CompileTopLevel(RCScanner* scanner, RCResourceFile* resourceFile, RCCheckPoint checkPoint) {
+void CompileTopLevel(RCScanner* scanner, PP_CMacroTable* macroTable, RCResourceFile* resourceFile,
+                     RCCheckPoint checkPoint) {
     for (;;) {
         checkPoint();
         switch (scanner->TokenType()) {
@@ -15,6 +17,7 @@ void CompileTopLevel(RCScanner* scanner, RCResourceFile* resourceFile, RCCheckPo
         case kRCScan_Resource: RCDefinition::DoResource(scanner, resourceFile); break;
         case kRCScan_Type: RCDefinition::ParseDefinition(scanner); break;
         default:
+            if (AnsiCPPTool::ParseEnumOrConst(scanner, macroTable)) break;
             scanner->Error(kMsg_NeedResourceOrType, 0);
             scanner->ScanUntil(kPPScan_Semicolon);
         }

@@ -2,6 +2,7 @@
 // input ends. The driver and the tests run files through this one loop.
 #pragma once
 
+class PP_CMacroTable;
 class RCResourceFile;
 class RCScanner;
 
@@ -9,7 +10,9 @@ class RCScanner;
 using RCCheckPoint = void (*)();
 
 // file = { statement } EOF
-// statement = "type" definition | "resource" resource | ";"
-// On entry the scanner stands on the file's first token; resources go to resourceFile. Any other
-// token is reported and skipped up to the next ';'.
-void CompileTopLevel(RCScanner* scanner, RCResourceFile* resourceFile, RCCheckPoint checkPoint);
+// statement = "type" definition | "resource" resource | ";" | named-numbers
+// On entry the scanner stands on the file's first token; resources go to resourceFile, and the
+// names of enum and const lines to macroTable. Any other token is reported and skipped up to the
+// next ';'.
+void CompileTopLevel(RCScanner* scanner, PP_CMacroTable* macroTable, RCResourceFile* resourceFile,
+                     RCCheckPoint checkPoint);

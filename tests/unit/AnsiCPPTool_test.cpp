@@ -3,11 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
 #include "Msgs.h"
 #include "Options.h"
+#include "PPMacTbl.h"
+#include "PPMemMgr.h"
+#include "UniqueNames.h"
 
 namespace {
 
@@ -115,6 +119,20 @@ TEST_F(AnsiCPPToolTest, NumbersAndSwitches) {
     EXPECT_FALSE(fTool.OnOff("maybe", "s"));
     EXPECT_EQ("# Error: Non-numeric argument to option -n: many\n# Error: Unrecognized argument 'maybe' to option '-s'\n",
               GetCapturedStderr());
+}
+
+// Named numbers reach the preprocessor as object-like macros holding their decimal text.
+TEST(AnsiCPPToolNamedNumbersTest, ValuesBecomeDecimalMacrosThatALaterLineReplaces) {
+    PP_CMemoryManager_Basic memory;
+    PP_CMacroTable_Basic table(&memory);
+    auto text = [&](char const* name) { return std::string(table.LookupMacro(name, std::strlen(name))->fMacroText); };
+
+    AnsiCPPTool::DefineMacro(&table, uniqueOf("kValue"), 0x10);
+    EXPECT_EQ("16", text("kValue"));
+    AnsiCPPTool::DefineMacro(&table, uniqueOf("kValue"), -9223372036854775807L - 1);
+    EXPECT_EQ("-9223372036854775808", text("kValue"));
+    AnsiCPPTool::DefineMacro(&table, nullptr, 1);
+    table.ReleaseMacros();
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ protected:
         testing::internal::CaptureStderr();
         fScanner.PushInput(fScanner.ReadFile(text, "test.vd"));
         fScanner.NextToken();
-        CompileTopLevel(&fScanner, &fResources, [] {});
+        CompileTopLevel(&fScanner, &fMacros, &fResources, [] {});
         fErrors = Msgs::GetErrorCount() - errorsBefore;
         return testing::internal::GetCapturedStderr();
     }

@@ -1,0 +1,2 @@
+all\ of\ it: \
+  in.vd

@@ -1,0 +1,2 @@
+enum { kOne = 1, kTwo };
+const long kThree = kOne + kTwo;
