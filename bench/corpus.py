@@ -17,6 +17,8 @@ PRELUDE = """\
 #else
 #define FLAGS 0
 #endif
+enum Style { kPlain = 1, kBold, kItalic = 4, kUnderline = kItalic * 2 };
+const unsigned short kLimit = 0x7FF;
 """
 
 
@@ -24,6 +26,8 @@ class Kind:
     """A statement kind: a type body under a name and a three-letter tag, and the values of its
     j-th resource. Ids run over all 65536 values of one type before the next type of the same body
     is used, so a corpus of any size has no duplicate resources."""
+
+    limit = None
 
     def __init__(self, name, tag, body, values):
         self.name, self.tag, self.body, self.values = name, tag, body, values
@@ -39,6 +43,22 @@ class Kind:
         return f"resource {self.name}{j // 65536} ({j % 65536 - 32768}) {{\n{self.values(j)}\n}};\n"
 
 
+class PredefinedKind(Kind):
+    """A kind over a type the compiler predefines: nothing to declare, and one type's 65536 ids
+    at most, after which the corpus goes on with the other kinds."""
+
+    limit = 65536
+
+    def __init__(self, name, values):
+        super().__init__(name, None, None, values)
+
+    def declarations(self, resources):
+        return ""
+
+    def resource(self, j):
+        return f"resource {self.name} ({j - 32768}) {{ {self.values(j)} }};\n"
+
+
 def _numbers(j):
     return (f"    {j % 32000}; PAIR({j % 200}, {j % 7}); {(j * 7919) & 0xFFFFFF};\n"
             f"    {'on' if j % 2 else 'off'}; {'small' if j % 3 else 'large'};\n"
@@ -52,6 +72,15 @@ def _deferred(j):
 
 def _reals(j):
     return f"    {j}.5, {j % 1000} / 8.0, 1.0e{j % 20}"
+
+
+def _strings(j):
+    return (f'    "Item {j}"; "key{j % 10}"; "{chr(65 + j % 26)}"; "w{j}";\n'
+            f'    "{j % 10000:04d}"; $"{j & 0xFFFF:04X}"; kBold | kUnderline; {j} & kLimit')
+
+
+def _table(j):
+    return f'{j % 100}, "entry {j}"; {j % 7 + 100}, "second"'
 
 
 KINDS = [
@@ -73,14 +102,32 @@ KINDS = [
 }""", _deferred),
     # Floating-point fields.
     Kind("Reals", "REA", "{ double; single; double; }", _reals),
+    # String fields of every form, named numbers from enum and const lines.
+    Kind("Strings", "STR", """{
+    pstring; cstring; char; wstring;
+    string[4]; hex string[2]; byte; integer;
+}""", _strings),
+    # A predefined table type.
+    PredefinedKind("MULTISTRING", _table),
 ]
 
 
+def _resource_kinds(count):
+    """The kind of each of `count` resources: every kind in turn, skipping those at their limit."""
+    made = [0] * len(KINDS)
+    for i in range(count):
+        index = i % len(KINDS)
+        while KINDS[index].limit is not None and made[index] >= KINDS[index].limit:
+            index = (index + 1) % len(KINDS)
+        made[index] += 1
+        yield KINDS[index], made[index] - 1
+
+
 def whole_program(count):
-    """The description of `count` resources, cycling through every kind."""
+    """The description of `count` resources over every kind."""
     per_kind = (count + len(KINDS) - 1) // len(KINDS)
     parts = [PRELUDE] + [kind.declarations(per_kind) for kind in KINDS]
-    parts += [KINDS[i % len(KINDS)].resource(i // len(KINDS)) for i in range(count)]
+    parts += [kind.resource(j) for kind, j in _resource_kinds(count)]
     return "".join(parts)
 
 
