@@ -125,9 +125,10 @@ def _resource_kinds(count):
 
 def whole_program(count):
     """The description of `count` resources over every kind."""
-    per_kind = (count + len(KINDS) - 1) // len(KINDS)
-    parts = [PRELUDE] + [kind.declarations(per_kind) for kind in KINDS]
-    parts += [kind.resource(j) for kind, j in _resource_kinds(count)]
+    resources = list(_resource_kinds(count))
+    made = {id(kind): j + 1 for kind, j in resources}
+    parts = [PRELUDE] + [kind.declarations(made.get(id(kind), 0)) for kind in KINDS]
+    parts += [kind.resource(j) for kind, j in resources]
     return "".join(parts)
 
 
