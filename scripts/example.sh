@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the compiler and runs it on the bundled example.
+# Builds the compiler, runs it on the bundled example with descriptions on and walks the result.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 dir=$(bash "$root/scripts/build.sh" | tail -n 1)
@@ -7,4 +7,7 @@ out="$dir/example-out"
 rm -rf "$out" && mkdir -p "$out"
 cd "$root/examples"
 set -x
-"$dir/velor" -p -o "$out/example.rsrc" example.vd
+printf '#pragma velor writedescriptions on\n#include "example.vd"\n' > "$out/described.vd"
+"$dir/velor" -p -i . -o "$out/example.rsrc" "$out/described.vd"
+"$dir/velor-walk" "$out"
+"$dir/velor-walk" "$out" Window 128

@@ -3,6 +3,7 @@
 #include "MacFile.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -23,6 +24,27 @@ bool Exists(std::string const& path) {
 }
 
 int ResultOfErrno() { return errno == ENOENT ? kFileNotFoundErr : kIOErr; }
+
+// Moves count bytes by repeated calls of transfer(done, left), which answers what one system call
+// moved; an interrupted call is made again. On return count holds the bytes moved; a call that
+// moved nothing ends the transfer with stalledResult.
+template <class Transfer>
+int TransferAll(unsigned long& count, int stalledResult, Transfer transfer) {
+    unsigned long done = 0;
+    int result = 0;
+    while (done < count && result == 0) {
+        ssize_t moved = transfer(done, count - done);
+        if (moved < 0 && errno == EINTR) continue;
+        if (moved < 0)
+            result = kIOErr;
+        else if (moved == 0)
+            result = stalledResult;
+        else
+            done += static_cast<unsigned long>(moved);
+    }
+    count = done;
+    return result;
+}
 
 }  // namespace
 
@@ -79,6 +101,56 @@ int ForkMacFile::CreateFile() {
         fRef = file;
     }
     return 0;
+}
+
+int ForkMacFile::GetDataLength(unsigned long& length) {
+    if (!IsOpen()) return kFileNotOpenErr;
+    struct stat status {};
+    if (::fstat(fRefNum, &status) != 0) return ResultOfErrno();
+    length = static_cast<unsigned long>(status.st_size);
+    return 0;
+}
+
+int ForkMacFile::SetDataLength(unsigned long length) {
+    if (!IsOpen()) return kFileNotOpenErr;
+    return ::ftruncate(fRefNum, static_cast<off_t>(length)) == 0 ? 0 : ResultOfErrno();
+}
+
+int ForkMacFile::GetDataMark(unsigned long& mark) {
+    if (!IsOpen()) return kFileNotOpenErr;
+    off_t position = ::lseek(fRefNum, 0, SEEK_CUR);
+    if (position < 0) return ResultOfErrno();
+    mark = static_cast<unsigned long>(position);
+    return 0;
+}
+
+int ForkMacFile::SetDataMark(unsigned long offset, short mode) {
+    unsigned long length = 0, mark = 0;
+    if (int result = GetDataLength(length)) return result;
+    if (int result = GetDataMark(mark)) return result;
+    unsigned long base;
+    switch (mode) {
+        case kFromStart: base = 0; break;
+        case kFromEnd: base = length; break;
+        case kFromMark: base = mark; break;
+        default: return kParamErr;
+    }
+    if (offset > length - base) return kPositionErr;
+    return ::lseek(fRefNum, static_cast<off_t>(base + offset), SEEK_SET) < 0 ? ResultOfErrno() : 0;
+}
+
+int ForkMacFile::ReadData(void* bytes, unsigned long& count) {
+    if (!IsOpen()) return kFileNotOpenErr;
+    return TransferAll(count, kEndOfFileErr, [&](unsigned long done, unsigned long left) {
+        return ::read(fRefNum, static_cast<char*>(bytes) + done, left);
+    });
+}
+
+int ForkMacFile::WriteData(void const* bytes, unsigned long& count) {
+    if (!IsOpen()) return kFileNotOpenErr;
+    return TransferAll(count, kIOErr, [&](unsigned long done, unsigned long left) {
+        return ::write(fRefNum, static_cast<char const*>(bytes) + done, left);
+    });
 }
 
 RsrcMacFile::~RsrcMacFile() { CloseFile(true); }

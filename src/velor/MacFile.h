@@ -7,6 +7,13 @@
 // Result codes of the platform's file calls that the output logic looks at.
 constexpr int kIOErr = -36;  // I/O error; also a path too long for a Pascal string
 constexpr int kFileNotFoundErr = -43;
+constexpr int kFileNotOpenErr = -38;
+constexpr int kEndOfFileErr = -39;
+constexpr int kPositionErr = -40;
+constexpr int kParamErr = -50;
+
+// Where SetDataMark counts an offset from.
+enum : short { kFromStart = 1, kFromEnd = 2, kFromMark = 3 };
 
 // A file named by a path, with the catalogue attributes it is created with. On Linux the
 // platform's opaque file reference is the path of the object once it has been found or made.
@@ -45,6 +52,16 @@ public:
     // Creates the empty file in its folder. A missing folder is reported on the standard error
     // (outside the message channel, so it counts as no error) and answers kFileNotFoundErr.
     virtual int CreateFile();
+
+    // The bytes of the open fork, at its mark. Each answers kFileNotOpenErr on a closed file.
+    // A read that meets the end moves what there was, sets count to it and answers
+    // kEndOfFileErr; a mark beyond the end answers kPositionErr and stays where it was.
+    int GetDataLength(unsigned long& length);
+    int SetDataLength(unsigned long length);
+    int GetDataMark(unsigned long& mark);
+    int SetDataMark(unsigned long offset, short mode);
+    int ReadData(void* bytes, unsigned long& count);
+    int WriteData(void const* bytes, unsigned long& count);
 
 protected:
     virtual int OpenFork() = 0;

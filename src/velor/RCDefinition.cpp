@@ -18,10 +18,6 @@
 
 namespace {
 
-// Each type instance inside another (a base, an `as` type, a field of a named type) recurses on
-// the machine stack; a nest deeper than this is refused before the stack runs out.
-RCNesting gInstanceNesting{1000, kMsg_OutOfMemory};
-
 // Appends a fresh item for each item of source, which may be null.
 void appendList(RCNamedList<RCNamedValue>& target, RCNamedList<RCNamedValue>* source) {
     if (!source) return;
@@ -156,7 +152,9 @@ bool RCDefinition::CreateResource(RCBindings* bindings, RCScanner* scanner, RCNa
 
 bool RCDefinition::CreateResource_Body(RCBindings* bindings, RCScanner* scanner,
                                        RCNamedList<RCNamedValue>* parameters) {
-    RCNestingGuard nesting(gInstanceNesting);
+    // Each type instance inside another (a base, an `as` type, a field of a named type) recurses
+    // on the machine stack.
+    RCNestingGuard nesting(gTypeNesting);
     return nesting.Deeper(scanner) && CreateInstance(bindings, scanner, parameters);
 }
 

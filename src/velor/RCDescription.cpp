@@ -44,6 +44,18 @@ constexpr DescriptionWord kDescriptionWords[] = {
     {kDesc_Arrayref, "arrayref", true},
     {kDesc_CountOf, "$$CountOf", true},
     {kDesc_ArrayIndex, "$$ArrayIndex", true},
+    {kDesc_Array, "array", false},
+    {kDesc_Name, "name", true},
+    {kDesc_Switch, "switch", true},
+    {kDesc_Case, "case", true},
+    {kDesc_Align, "align", true},
+    {kDesc_Fill, "fill", true},
+    {kDesc_Count, "count", true},
+    {kDesc_Fillspec, "fillspec", false},
+    {kDesc_Label, "label", true},
+    {kDesc_Static, "static", true},
+    {kDesc_Auto, "auto", true},
+    {kDesc_Set, "set", true},
     {kDesc_Bitmap, "bitmap", false},
     {kDesc_Multistring, "multistring", false},
 };
@@ -170,7 +182,6 @@ void writePayload(DataArea* area, RCDescriptionKeyword payload) {
 
 namespace {
 
-constexpr unsigned long kTypeDescriptionType = 0x46577444;  // 'FWtD'
 constexpr unsigned long kDescriptionFlags = 0x10;
 
 void AddTypeDescription(RCDefinition* definition, RCResourceFile* resourceFile) {

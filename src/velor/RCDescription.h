@@ -33,10 +33,26 @@ enum RCDescriptionKeyword : int {
     kDesc_Arrayref,
     kDesc_CountOf,
     kDesc_ArrayIndex,
+    kDesc_Array,
+    kDesc_Name,
+    kDesc_Switch,
+    kDesc_Case,
+    kDesc_Align,
+    kDesc_Fill,
+    kDesc_Count,
+    kDesc_Fillspec,
+    kDesc_Label,
+    kDesc_Static,
+    kDesc_Auto,
+    kDesc_Set,
     kDesc_Bitmap,
     kDesc_Multistring,
     kDesc_KeywordCount
 };
+
+// The resource types that hold descriptions: of types, and of compiled instances.
+constexpr unsigned long kTypeDescriptionType = 0x46577444;      // 'FWtD'
+constexpr unsigned long kInstanceDescriptionType = 0x46577244;  // 'FWrD'
 
 char const* descriptionWord(RCDescriptionKeyword keyword);
 // The head of a list: "(" and the keyword, with the blank that the keyword's row asks for.

@@ -5,8 +5,7 @@
 #include "RCScanner.h"
 
 bool RCNestingGuard::Deeper(RCScanner* scanner) {
-    ++fTaken;
-    if (++fNesting.fDepth <= fNesting.fLimit) return true;
+    if (TryDeeper()) return true;
     scanner->Error(fNesting.fMessage, 0);
     return false;
 }

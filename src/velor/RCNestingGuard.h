@@ -22,6 +22,11 @@ public:
 
     // One level deeper; false, with the kind's message reported, once past the limit.
     bool Deeper(RCScanner* scanner);
+    // The same for a caller with a way of its own to refuse: nothing is reported.
+    bool TryDeeper() {
+        ++fTaken;
+        return ++fNesting.fDepth <= fNesting.fLimit;
+    }
 
 private:
     RCNesting& fNesting;

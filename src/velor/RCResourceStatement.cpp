@@ -25,7 +25,6 @@
 namespace {
 
 constexpr unsigned long kDefaultFlags = 0x21;  // LOADONCALL | RELOCATABLE
-constexpr unsigned long kInstanceDescriptionType = 0x46577244;  // 'FWrD'
 
 struct FlagName {
     char const* name;

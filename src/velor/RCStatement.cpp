@@ -15,6 +15,10 @@
 #include "RCPtr.h"
 #include "RCScanner.h"
 #include "RCStatementFactory.h"
+#include "RCStatement_Label.h"
+#include "RCStatement_Name.h"
+
+RCNesting gTypeNesting{1000, kMsg_OutOfMemory};
 
 namespace {
 
@@ -26,6 +30,15 @@ RCStatement* ExpectTerminator(RCScanner* scanner, RCStatement* statement) {
         return nullptr;
     }
     return owned.Release();
+}
+
+// named-statement = name ":" labelled | named-field ( ";" | before "}" )
+// A name opens a label or a field of a named type; a label brings its statement's terminator.
+RCStatement* ParseNamedStatement(RCScanner* scanner) {
+    UniqueStruct* name = scanner->ScanName(kMsg_ExpectedIdentifier);
+    if (scanner->Scan(kPPScan_Colon)) return RCStatement_Label::ParseLabel(scanner, name);
+    RCStatement* field = RCStatement_Name::ParseName(scanner, name);
+    return field ? ExpectTerminator(scanner, field) : nullptr;
 }
 
 // Parses an expression and keeps it only if `accept` holds for it; otherwise reports errorId.
@@ -68,12 +81,16 @@ bool RCStatement::CreateResource_String(RCScanner* scanner, RCBindings*, RCByteS
     return true;
 }
 
-// statement = [ "unsigned" ] [ radix ] [ "wide" ] field ( ";" | before "}" )
+// statement = [ "unsigned" ] [ radix ] [ "wide" ] ( named-statement | field ( ";" | before "}" ) )
 RCStatement* RCStatement::ParseStatement(RCScanner* scanner) {
+    RCNestingGuard nesting(gTypeNesting);
+    if (!nesting.Deeper(scanner)) return nullptr;
     // Modifiers are accepted in this order only, and have no effect on what follows.
     ScanKeyword(scanner, kRCScan_Unsigned);
     ScanRadix(scanner);
     ScanKeyword(scanner, kRCScan_Wide);
+
+    if (scanner->TokenType() == kPPScan_Ident) return ParseNamedStatement(scanner);
 
     RCStatementParser parser = ParserForKeyword(scanner->TokenType());
     if (!parser) {
@@ -145,6 +162,34 @@ long RCStatement::EvalNumber(RCExpression* expression, RCScanner* scanner) {
     return expression->Evaluate(scanner, &scratch).AsInteger();
 }
 
+int RCStatement::ScanAlignSize(RCScanner* scanner, int errorId) {
+    int size = 0;
+    switch (scanner->TokenType()) {
+    case kRCScan_Bit:
+    case kRCScan_Boolean: size = 1; break;
+    case kRCScan_Nibble: size = 4; break;
+    case kRCScan_Byte: size = 8; break;
+    case kRCScan_Word:
+    case kRCScan_Integer: size = 16; break;
+    case kRCScan_Long:
+    case kRCScan_Single: size = 32; break;
+    case kRCScan_Double: size = 64; break;
+    default:
+        scanner->Error(errorId, 0);
+        return 0;
+    }
+    scanner->NextToken();
+    return size;
+}
+
+long RCStatement::VerifyValue(RCScanner*, long value, int width) {
+    // A part as wide as the whole value has no bits above it.
+    unsigned long mask = width >= 64 ? 0 : ~0UL << width;
+    unsigned long bits = static_cast<unsigned long>(value);
+    if (value >= 0 && (bits & mask) == bits) return value;
+    return static_cast<long>(bits & ~mask);
+}
+
 RCStatementList::RCStatementList(RCStatementList& source) : RCList(source) {}
 
 RCStatementList::~RCStatementList() { release(*this); }
@@ -178,7 +223,7 @@ bool RCStatement_Multiple::ConsumesInput() const { return fConsumesInput; }
 RCStatement_Compound::RCStatement_Compound(RCStatementList& statements)
     : RCStatement_Multiple(statements) {}
 
-bool RCStatement_Compound::CreateResource(RCBindings* bindings, RCScanner* scanner) {
+bool RCStatement_Multiple::CreateProg(RCBindings* bindings, RCScanner* scanner) {
     RCTraceScope trace(bindings, kDesc_Prog);
     RCListIterator<RCStatementList> children(fStatements);
     while (auto* child = children.Next()) {
@@ -188,7 +233,7 @@ bool RCStatement_Compound::CreateResource(RCBindings* bindings, RCScanner* scann
     return true;
 }
 
-void RCStatement_Compound::WriteDescription(DataArea* area, int indent) {
+void RCStatement_Multiple::WriteProg(DataArea* area, int indent) {
     writeHead(area, kDesc_Prog);
     RCListIterator<RCStatementList> children(fStatements);
     while (auto* child = children.Next()) {
@@ -197,6 +242,12 @@ void RCStatement_Compound::WriteDescription(DataArea* area, int indent) {
     }
     writeChar(area, ')');
 }
+
+bool RCStatement_Compound::CreateResource(RCBindings* bindings, RCScanner* scanner) {
+    return CreateProg(bindings, scanner);
+}
+
+void RCStatement_Compound::WriteDescription(DataArea* area, int indent) { WriteProg(area, indent); }
 
 // statement-list = nothing | [ "key" ] statement { [ "key" ] statement }, up to "}" or "case"
 bool RCStatement_Compound::ParseCompound(RCScanner* scanner, RCStatementList& statements) {

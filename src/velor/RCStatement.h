@@ -3,6 +3,7 @@
 
 #include <cstddef>
 
+#include "RCNestingGuard.h"
 #include "RCScope.h"
 
 class DataArea;
@@ -60,6 +61,14 @@ public:
     static void ScanValueSeparator(RCScanner* scanner);
     // Evaluates an expression while a type is parsed, with no resource to refer to.
     static long EvalNumber(RCExpression* expression, RCScanner* scanner);
+    // The size in bits of the size keyword of an `align` or `fill`, which is consumed; any other
+    // token is reported as errorId, left in place, and gives 0.
+    static int ScanAlignSize(RCScanner* scanner, int errorId);
+
+    // The bits that a value contributes to a part of `width` bits of a fill unit: its low bits,
+    // unless it is not negative and has no bit below the width at all. Such a value comes back
+    // whole and spills into the parts to its left; that is how fill values have always behaved.
+    static long VerifyValue(RCScanner* scanner, long value, int width);
 
     // The token value behind the last keyword: what ScanKeyword and ScanRadix answer for "absent".
     static constexpr int kNoKeyword = 125;
@@ -72,6 +81,11 @@ protected:
     // untouched, when no string expression could be read.
     static bool CreateResource_String(RCScanner* scanner, RCBindings* bindings, RCByteString* value);
 };
+
+// The recursion that type bodies drive on the machine stack: a statement nested in another while
+// a type is parsed, and a type instance, array, switch or label while a resource is laid. All of
+// them share one budget, since a resource may nest them in any mix.
+extern RCNesting gTypeNesting;
 
 // Owns its statements: destroying the list destroys them. Copying takes the items away from the
 // source, so a list can be handed from a parser to the statement that keeps it.
@@ -103,6 +117,11 @@ public:
     bool ConsumesInput() const override;
 
 protected:
+    // Runs the statements once, in order, stopping at the first failure; traced as one "(prog".
+    bool CreateProg(RCBindings* bindings, RCScanner* scanner);
+    // "(prog" with each statement on a line of its own, two deeper than indent.
+    void WriteProg(DataArea* area, int indent);
+
     RCStatementList fStatements;
     bool fConsumesInput;
 };

@@ -3,8 +3,15 @@
 #include "RCStatementFactory.h"
 
 #include "RCScanner.h"
+#include "RCStatement_Align.h"
+#include "RCStatement_Array.h"
+#include "RCStatement_Assign.h"
+#include "RCStatement_Auto.h"
 #include "RCStatement_ByteString.h"
+#include "RCStatement_Fill.h"
 #include "RCStatement_Number.h"
+#include "RCStatement_Static.h"
+#include "RCStatement_Switch.h"
 
 namespace {
 
@@ -24,6 +31,13 @@ constexpr FactoryRow kFactoryRows[] = {
     {kRCScan_Longint, ParseIntegerField},
     {kRCScan_Double, ParseRealField},
     {kRCScan_Single, ParseRealField},
+    {kRCScan_Align, RCStatement_Align::ParseAlign},
+    {kRCScan_Array, RCStatement_Array::ParseArray},
+    {kRCScan_Auto, RCStatement_Auto::ParseAuto},
+    {kRCScan_Fill, RCStatement_Fill::ParseFill},
+    {kRCScan_Set, RCStatement_Assign::ParseAssign},
+    {kRCScan_Static, RCStatement_Static::ParseStatic},
+    {kRCScan_Switch, RCStatement_Switch::ParseSwitch},
     {kRCScan_Char, RCStatement_ByteString::ParseByteString},
     {kRCScan_Cstring, RCStatement_ByteString::ParseByteString},
     {kRCScan_Icstring, RCStatement_ByteString::ParseByteString},

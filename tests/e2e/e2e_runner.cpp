@@ -2,6 +2,7 @@
 //
 // A case is any folder holding a file named "args". In a fresh temporary folder the runner copies
 // the case's "in/" tree, runs the compiler there with argv[0] set to "velor" and compares:
+//   command   optional: the program to run instead, "velor-walk"; argv[0] is then its name
 //   args      one argument per line
 //   env       optional KEY=VALUE lines: the whole environment of the run
 //   stderr    the exact standard error (absent: empty)
@@ -9,7 +10,7 @@
 //   exit      the exit code (absent: 0)
 //   out/      files the run must leave; afterwards the folder holds exactly in/ and out/ together,
 //             byte for byte, with a file of out/ replacing the one of the same name in in/
-// A case may run the compiler more than once: "args2", "env2", "stderr2", "stdout2" and "exit2"
+// A case may run more than once: "command2", "args2", "env2", "stderr2", "stdout2" and "exit2"
 // describe the second run in the same folder, and so on. In every text "$TMP" stands for the
 // temporary folder's path.
 #include <gtest/gtest.h>
@@ -87,7 +88,10 @@ struct RunResult {
     std::string stderrText;
 };
 
-[[noreturn]] void ExecCompiler(const fs::path& workDir, const fs::path& stdoutFile,
+// The binary of each program a case may name.
+const std::map<std::string, std::string> kPrograms = {{"velor", VELOR_BINARY}, {"velor-walk", VELOR_WALK_BINARY}};
+
+[[noreturn]] void ExecCompiler(const std::string& program, const fs::path& workDir, const fs::path& stdoutFile,
                                const fs::path& stderrFile, std::vector<std::string>& args,
                                std::vector<std::string>& env) {
     if (chdir(workDir.c_str()) != 0) _exit(126);
@@ -98,23 +102,23 @@ struct RunResult {
     dup2(in, 0);
     dup2(out, 1);
     dup2(err, 2);
-    std::vector<char*> argv{const_cast<char*>("velor")};
+    std::vector<char*> argv{const_cast<char*>(program.c_str())};
     for (auto& arg : args) argv.push_back(arg.data());
     argv.push_back(nullptr);
     std::vector<char*> envp;
     for (auto& entry : env) envp.push_back(entry.data());
     envp.push_back(nullptr);
     alarm(kRunTimeLimitSeconds);
-    execve(VELOR_BINARY, argv.data(), envp.data());
+    execve(kPrograms.at(program).c_str(), argv.data(), envp.data());
     _exit(127);
 }
 
-RunResult RunCompiler(const fs::path& workDir, const fs::path& captureDir,
+RunResult RunCompiler(const std::string& program, const fs::path& workDir, const fs::path& captureDir,
                       std::vector<std::string> args, std::vector<std::string> env) {
     fs::path stdoutFile = captureDir / "stdout";
     fs::path stderrFile = captureDir / "stderr";
     pid_t child = fork();
-    if (child == 0) ExecCompiler(workDir, stdoutFile, stderrFile, args, env);
+    if (child == 0) ExecCompiler(program, workDir, stdoutFile, stderrFile, args, env);
     RunResult result;
     int status = 0;
     if (child > 0 && waitpid(child, &status, 0) == child) {
@@ -162,7 +166,10 @@ TEST_P(EndToEnd, Case) {
         for (auto& line : Lines(ReadWhole(caseDir / ("args" + suffix)))) args.push_back(expand(line));
         for (auto& line : Lines(ReadOptional(caseDir / ("env" + suffix)))) env.push_back(expand(line));
 
-        RunResult run = RunCompiler(work.Path(), capture.Path(), args, env);
+        std::string program = "velor";
+        for (auto& line : Lines(ReadOptional(caseDir / ("command" + suffix)))) program = line;
+        ASSERT_TRUE(kPrograms.count(program)) << "unknown program " << program << " in " << caseDir;
+        RunResult run = RunCompiler(program, work.Path(), capture.Path(), args, env);
         SCOPED_TRACE("run " + std::to_string(step) + " of " + caseDir.string());
         EXPECT_EQ(Printable(expand(ReadOptional(caseDir / ("stderr" + suffix)))),
                   Printable(run.stderrText));

@@ -18,8 +18,8 @@ files_below() { (cd "$1" && find . \( -type f -o -type l \) | sed 's|^\./||' | s
 
 expect_files() {
   local expected
-  expected=$(printf '%s\n' bin/velor include/velor/ResourceTree.h share/man/man1/velor.1 \
-    share/man/man5/velor.5 lib/cmake/Velor/VelorConfig.cmake lib/cmake/Velor/VelorConfigVersion.cmake \
+  expected=$(printf '%s\n' bin/velor bin/velor-walk include/velor/ResourceTree.h share/man/man1/velor.1 \
+    share/man/man1/velor-walk.1 share/man/man5/velor.5 lib/cmake/Velor/VelorConfig.cmake lib/cmake/Velor/VelorConfigVersion.cmake \
     lib/cmake/Velor/VelorResources.cmake lib/cmake/Velor/VelorTargets.cmake | sort)
   diff <(echo "$expected") <(files_below "$1" | grep -v '^lib/cmake/Velor/VelorTargets-') ||
     fail "unexpected files below $1"
@@ -58,6 +58,7 @@ check_install() {
   cmake --install "$build" --prefix "$prefix" >/dev/null
   expect_files "$prefix"
   check_example "$prefix/bin/velor"
+  "$prefix/bin/velor-walk" "$work/example-installed" >/dev/null || fail "the installed velor-walk failed"
   render_pages
 }
 
