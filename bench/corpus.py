@@ -79,6 +79,18 @@ def _strings(j):
             f'    "{j % 10000:04d}"; $"{j & 0xFFFF:04X}"; kBold | kUnderline; {j} & kLimit')
 
 
+def _palette(j):
+    entries = "; ".join(f"0x{(j + n) & 0xFF:02X}, 0x{(j * 3 + n) & 0xFF:02X}, 0x{n * 16 & 0xFF:02X}"
+                        for n in range(j % 4 + 1))
+    return f"    {{ {entries} }}"
+
+
+def _controls(j):
+    controls = ["button { kBold; \"Open\" }", "separator { }", f"slider {{ {j % 10}, 255 }}"]
+    chosen = "; ".join(controls[(j + n) % 3] for n in range(j % 3 + 1))
+    return f"    {{ {j % 16}, {j % 7}, 0x{j & 0xFF:02X} }};\n    {{ {chosen} }}"
+
+
 def _table(j):
     return f'{j % 100}, "entry {j}"; {j % 7 + 100}, "second"'
 
@@ -107,6 +119,28 @@ KINDS = [
     pstring; cstring; char; wstring;
     string[4]; hex string[2]; byte; integer;
 }""", _strings),
+    # An array counted by $$CountOf, a fill, an alignment and a subscripted label.
+    Kind("Palette", "PAL", """{
+    integer = $$CountOf(Entries);
+    fill byte[2];
+    integer = entry[1];
+    array Entries {
+        entry: integer = $$ArrayIndex(Entries);
+        byte; byte; byte;
+        align word;
+    };
+}""", _palette),
+    # A switch per array element over a packed fill word.
+    Kind("Controls", "CTL", """{
+    fill word { nibble; nibble; byte };
+    array {
+        switch {
+            case button: byte = 1; integer; pstring;
+            case slider: byte = 2; integer; integer;
+            case separator: byte = 3;
+        };;
+    };
+}""", _controls),
     # A predefined table type.
     PredefinedKind("MULTISTRING", _table),
 ]
