@@ -174,6 +174,13 @@ def one_large_resource(field_bytes):
     return f"type Large('LRGE') {{\n{fields}\n}};\nresource Large (1) {{\n{body}\n}};\n"
 
 
+def one_long_array(count):
+    """One resource whose array holds `count` elements, counted by $$CountOf."""
+    elements = ",\n".join(f"    {n * 40503 & 0xFFFF}" for n in range(count))
+    return (f"type Long('LARR') {{\n    longint = $$CountOf(Items);\n    array Items {{ integer; }};\n}};\n"
+            f"resource Long (1) {{\n    {{\n{elements}\n    }}\n}};\n")
+
+
 def many_macros(count):
     """`count` macro definitions, each used once, and one resource that sums a few of them."""
     lines = [f"#define M{n}(x) ((x) + {n})\n" for n in range(count)]
@@ -196,6 +203,7 @@ def many_types(count):
 
 GROWTH_CASES = [
     ("one resource of 100 KB fields / 1 MB", one_large_resource, 100_000),
+    ("an array of 10,000 / 100,000 elements", one_long_array, 10_000),
     ("a file of 10,000 / 100,000 macros", many_macros, 10_000),
     ("a file of 1,000 / 10,000 types", many_types, 1_000),
 ]
