@@ -19,6 +19,15 @@ namespace {
 // ends at the next statement.
 constexpr int kMaxExpansionDepth = 256;
 
+// Within that depth a short text can still cost without bound: a nest of calls rescans its
+// arguments at every level, and a body that uses its parameter twice doubles the text at each.
+// So the bytes that expansion scans and copies are counted against a budget for the file: a
+// fixed allowance, far above what real descriptions spend, and a further one for every call
+// read from the input, so that the budget grows with the input. Past it the file ends as a too
+// deep nest does. The whole budget of a 16 KB input is spent in well under a second.
+constexpr unsigned long kExpansionWorkAllowance = 8UL << 20;
+constexpr unsigned long kExpansionWorkPerCall = 512;
+
 bool isSpaceToken(int token) {
     return token == kPPScan_EOL || token == kPPScan_White || token == kPPScan_Comment;
 }
@@ -70,7 +79,8 @@ int formalIndex(char const* formals, PP_CTextReader name) {
 } // namespace
 
 PP_CPPHelper::PP_CPPHelper(PP_CPP* pp, PP_CMemoryManager* memory, PP_CMacroTable* macroTable, PP_CScanner* scanner)
-    : fPP(pp), fMemory(memory), fMacroTable(macroTable), fCurScanner(scanner) {}
+    : fPP(pp), fMemory(memory), fMacroTable(macroTable), fCurScanner(scanner),
+      fExpansionBudget(kExpansionWorkAllowance) {}
 
 PP_CPPHelper::~PP_CPPHelper() { fMemory->FreePerm(fScratch.GetStart()); }
 
@@ -87,6 +97,7 @@ int PP_CPPHelper::GetCookedToken(int* error) {
         if (HasBeenExpanded(body, link))
             return token;
         bool expanded;
+        fExpansionBudget += kExpansionWorkPerCall;
         PP_CExpansionText const expansion = ExpandMacroBody(fCurScanner, nullptr, body, link, &expanded, true);
         PP_CTextReader const text = expansion.Reader();
         // The new input lives in temp memory until it is popped; the expansion's texts go now.
@@ -178,10 +189,9 @@ PP_CExpansionText PP_CPPHelper::ExpandObjectMacro(PP_MacroBody* body, PP_MacroLi
 // Expands every macro in `text`. An identifier of a macro that is in the chain gets the
 // no-expand mark behind it, so that it is never expanded again in whatever text it reaches.
 PP_CExpansionText PP_CPPHelper::ExpandMacroText(PP_CExpansionText const& text, PP_MacroLink* link) {
-    if (fExpansionDepth == kMaxExpansionDepth && !fExpansionStopped) {
-        fPP->Error(kPPErr_ExpressionTooComplex, 0);
-        fExpansionStopped = true;
-    }
+    if (fExpansionDepth == kMaxExpansionDepth)
+        StopExpansion();
+    ChargeExpansion(text.Reader().Readable());
     ++fExpansionDepth;
     PP_CUseTempMem inUse(fMemory);
     PP_CTextReader reader = text.Reader();
@@ -196,6 +206,9 @@ PP_CExpansionText PP_CPPHelper::ExpandMacroText(PP_CExpansionText const& text, P
         PP_MacroBody* body = nullptr;
         if (token == kPPScan_Ident && !fExpansionStopped && local.CookedPeekChar() != kPP_MacroNoExpand)
             body = fMacroTable->LookupMacro(tokenText.GetReadPtr(), tokenText.Readable());
+        if (body != nullptr && body->fMacroText != nullptr)
+            // The chain that HasBeenExpanded walks is at most as long as the nest is deep.
+            ChargeExpansion(static_cast<unsigned long>(fExpansionDepth));
         if (body == nullptr || body->fMacroText == nullptr) {
             addToken(out, local, &text);
         } else if (HasBeenExpanded(body, link)) {
@@ -210,31 +223,53 @@ PP_CExpansionText PP_CPPHelper::ExpandMacroText(PP_CExpansionText const& text, P
     return out.Take();
 }
 
+void PP_CPPHelper::StopExpansion() {
+    if (fExpansionStopped)
+        return;
+    fPP->Error(kPPErr_ExpressionTooComplex, 0);
+    fExpansionStopped = true;
+}
+
+void PP_CPPHelper::ChargeExpansion(unsigned long bytes) {
+    fExpansionWork += bytes;
+    if (fExpansionWork > fExpansionBudget)
+        StopExpansion();
+}
+
 PP_CExpansionText PP_CPPHelper::ExpandFunctionMacro(PP_CScanner* scanner, PP_CExpansionText const* source,
                                                     PP_MacroBody* body, PP_MacroLink* link, bool allowPop) {
     PP_CUseTempMem inUse(fMemory);
     std::vector<PP_CExpansionText> const actuals = GetMacroActuals(scanner, source, body, allowPop);
     std::vector<PP_CExpansionText> const expanded = ExpandActuals(actuals, link);
     PP_CExpansionBuilder out;
-    for (char const* textPtr = body->fMacroText; *textPtr != 0;) {
+    // A body that names its parameters many times copies them as often, before any rescan: the
+    // copies are charged as they are made, and none is made once the budget is spent.
+    for (char const* textPtr = body->fMacroText; *textPtr != 0 && fExpansionWork <= fExpansionBudget;) {
         char c = *textPtr++;
         switch (c) {
         case kPP_MacroParam: {
             unsigned index = paramIndex(textPtr, body);
             // An operand of ## is substituted as written.
-            out.Add(*textPtr == kPP_MacroPaste ? actuals[index] : expanded[index]);
+            PP_CExpansionText const& actual = *textPtr == kPP_MacroPaste ? actuals[index] : expanded[index];
+            ChargeExpansion(actual.Reader().Readable());
+            out.Add(actual);
             break;
         }
-        case kPP_MacroStringize:
+        case kPP_MacroStringize: {
             VELOR_ASSERT_TEXT("*textPtr == kPP_MacroParam", *textPtr == kPP_MacroParam);
             ++textPtr;
-            Stringize(out, actuals[paramIndex(textPtr, body)].Reader());
+            PP_CTextReader const actual = actuals[paramIndex(textPtr, body)].Reader();
+            ChargeExpansion(actual.Readable());
+            Stringize(out, actual);
             break;
+        }
         case kPP_MacroPaste:
             // Without a parameter behind it the code just vanishes, which joins its neighbours.
             if (*textPtr == kPP_MacroParam) {
                 ++textPtr;
-                PasteActual(out, actuals[paramIndex(textPtr, body)]);
+                PP_CExpansionText const& actual = actuals[paramIndex(textPtr, body)];
+                ChargeExpansion(actual.Reader().Readable());
+                PasteActual(out, actual);
             }
             break;
         case kPP_MacroEscape:

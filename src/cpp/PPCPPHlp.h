@@ -66,6 +66,10 @@ private:
     PP_CExpansionText NameStandingForItself(PP_MacroBody* body, bool sawSpace);
     void PasteActual(PP_CExpansionBuilder& out, PP_CExpansionText const& actual);
     char* CopyToScratch(PP_CTextReader text);
+    // Reports "expression too complex" once and expands no macro of the file from then on.
+    void StopExpansion();
+    // Counts bytes scanned or copied by expansion, and stops it once the budget is spent.
+    void ChargeExpansion(unsigned long bytes);
 
     PP_CPP* fPP;
     PP_CMemoryManager* fMemory;
@@ -75,6 +79,8 @@ private:
     PP_CWriterPerm fScratchWriter{fMemory, &fScratch};
     int fExpansionDepth = 0;       // calls of ExpandMacroText under way
     bool fExpansionStopped = false;  // a nest went too deep: no macro is expanded any more
+    unsigned long fExpansionWork = 0;    // bytes that expansion has scanned or copied in this file
+    unsigned long fExpansionBudget;      // what it may spend, which grows with the calls read
 };
 
 #endif

@@ -11,6 +11,7 @@
 
 #include "Assertion.h"
 #include "MsgIds.h"
+#include "Msgs.h"
 #include "RCBindings_Def.h"
 #include "RCExpression.h"
 #include "RCScanner.h"
@@ -176,7 +177,16 @@ RCNumber eval(RCScanner* scanner, RCBindings* bindings, UniqueStruct* name, RCEx
     return RCNumber();
 }
 
+// Output that cannot grow ends the run, as an exhausted heap does elsewhere. The explicit exit
+// covers a message mask that hides the fatal message, which then would not end the run itself.
+void outOfMemory() {
+    Msgs::Display(Msgs::kFatal, kMsg_OutOfMemory);
+    Msgs::Exit(1);
+}
+
 } // namespace
+
+unsigned long RCBindings::fgMaxResourceBytes = 256UL << 20;
 
 RCBindings::RCBindings(RCSymbolTable* symbolTable, RCResourceFile* resourceFile, unsigned long resType,
                        unsigned long resID)
@@ -233,6 +243,7 @@ bool RCBindings::AddValue(RCScanner* scanner, RCNumber const& number, short widt
     }
     if (width == 0) return true;
     if (!isInteger) return AddFloat(scanner, number.AsDouble(), width);
+    RequireRoom(static_cast<unsigned long>(width));
     unsigned long value = static_cast<unsigned long>(number.AsInteger());
     if (isWholeBytes(fBit, width))
         AddWholeBytes(value, width);
@@ -250,8 +261,15 @@ bool RCBindings::AddFloat(RCScanner* scanner, double value, short width) {
     return AddBytes(scanner, bytes, floatBytes(value, width, bytes));
 }
 
+void RCBindings::RequireRoom(unsigned long bitCount) const {
+    unsigned long const limit = fgMaxResourceBytes * kBitsPerByte;
+    unsigned long const used = static_cast<unsigned long>(fBit);
+    if (used > limit || bitCount > limit - used) outOfMemory();
+}
+
 void RCBindings::AddWholeBytes(unsigned long value, short width) {
-    for (int i = 0; i < width / kBitsPerByte; ++i) fData.PutChar(lowOrderByte(value, i));
+    for (int i = 0; i < width / kBitsPerByte; ++i)
+        if (fData.PutChar(lowOrderByte(value, i)) < 0) outOfMemory();
     fBit += width;
 }
 
@@ -259,9 +277,9 @@ void RCBindings::AddBits(unsigned long value, short width) {
     short remaining = width;
     forEachPiece(fBit, width, [&](BitPiece piece) {
         unsigned char bits = static_cast<unsigned char>(extractMSBits(value, remaining, piece.count) << piece.Shift());
-        if (piece.room == kBitsPerByte)
-            fData.PutChar(bits);
-        else
+        if (piece.room == kBitsPerByte) {
+            if (fData.PutChar(bits) < 0) outOfMemory();
+        } else
             *fData.GetData(fData.GetSize() - 1) |= static_cast<char>(bits);
         fBit += piece.count;
     });
@@ -281,7 +299,8 @@ bool RCBindings::AddBytes(RCScanner* scanner, void const* bytes, long count) {
     // A negative count comes only from a fixed string with no room at all; it writes nothing.
     if (count <= 0) return true;
     Align(scanner, kBitsPerByte);
-    fData.Write(bytes, static_cast<std::uint64_t>(count));
+    RequireRoom(static_cast<unsigned long>(count) * kBitsPerByte);
+    if (fData.Write(bytes, static_cast<std::uint64_t>(count)) == 0) outOfMemory();
     fBit += count * kBitsPerByte;
     return true;
 }
@@ -318,6 +337,13 @@ bool RCBindings::Align(RCScanner* scanner, short width) {
 
 bool RCBindings::Fill(RCScanner* scanner, short width, long count, unsigned long value) {
     RCNumber number(static_cast<long>(value));
+    // The whole fill is measured first, so that an absurd count ends the run before the loop.
+    if (count > 0 && width > 0) {
+        unsigned long const units = static_cast<unsigned long>(count);
+        unsigned long const unitBits = static_cast<unsigned long>(width);
+        if (units > std::numeric_limits<unsigned long>::max() / unitBits) outOfMemory();
+        RequireRoom(units * unitBits);
+    }
     bool added = true;
     for (long i = 0; i < count; ++i) added = AddValue(scanner, number, width, true) && added;
     return added;

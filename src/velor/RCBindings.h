@@ -82,6 +82,12 @@ public:
     // $$ArrayIndex of a name.
     long Apply(RCScanner* scanner, int function, int argc, RCExpression** argv);
 
+    // The most bytes one resource may hold. Resources are addressed by 16-bit ids and loaded whole
+    // at run time, so no real one comes near the default of 256 MiB; an absurd fill or string
+    // count reaches it at once instead of running until memory is exhausted. A harness that runs
+    // many compilations in one process may lower it.
+    static unsigned long fgMaxResourceBytes;
+
 private:
     // The innermost frame, which the caller needs: without one the program stops on an assertion.
     RCBindings_Def* RequireDefn() const;
@@ -89,6 +95,8 @@ private:
     bool AddFloat(RCScanner* scanner, double value, short width);
     void AddWholeBytes(unsigned long value, short width);
     void AddBits(unsigned long value, short width);
+    // Ends the run with "Out of memory." unless bitCount more bits fit below the bound.
+    void RequireRoom(unsigned long bitCount) const;
 
     RCResourceFile* fResourceFile;
     unsigned long fResType;

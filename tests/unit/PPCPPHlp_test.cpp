@@ -119,6 +119,23 @@ TEST_F(PPCPPHlp, UndefKeepsTheRecord) {
     EXPECT_TRUE(messages().empty());
 }
 
+// A text of a hundred bytes that would expand to a billion tokens, or a body that copies its
+// argument thousands of times at every level, is cut off by the work budget and reported once.
+// Once stopped, no macro of the file is expanded, so each text needs a preprocessor of its own.
+TEST_F(PPCPPHlp, DoublingAtEveryLevelIsStopped) {
+    std::string nest = "#define F(x) x x\n";
+    for (int i = 0; i < 30; ++i) nest += "F(";
+    EXPECT_LT(expand(nest + "1" + std::string(30, ')')).size(), 64UL << 20);
+    EXPECT_EQ(messages(), (std::vector<PPMessage>{{kPPErr_ExpressionTooComplex, ""}}));
+}
+
+TEST_F(PPCPPHlp, ABodyCopyingItsArgumentThousandsOfTimesIsStopped) {
+    std::string copying = "#define C(x)";
+    for (int i = 0; i < 5000; ++i) copying += " x";
+    EXPECT_LT(expand(copying + "\nC(C(C(C(1 2 3 4 5 6 7 8))))").size(), 64UL << 20);
+    EXPECT_EQ(messages(), (std::vector<PPMessage>{{kPPErr_ExpressionTooComplex, ""}}));
+}
+
 using PPCPPHlpDeathTest = PPPreprocessorTest;
 
 // Bodies that the definition lets through but that cannot be substituted stop the expansion.

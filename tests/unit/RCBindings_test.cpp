@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "RCBindings_Def.h"
+#include "Msgs.h"
 #include "RCByteString.h"
 #include "RCExpression.h"
 #include "RCTestScanner.h"
@@ -120,6 +121,58 @@ TEST_F(RCBindingsTest, FillRepeatsItsValue) {
     EXPECT_TRUE(bindings->Fill(scanner, 4, 3, 0x9));
     EXPECT_TRUE(bindings->Fill(scanner, 8, 0, 0xFF));
     EXPECT_EQ(bindings.Bytes(), "99 90");
+}
+
+// The bound on a resource's size, lowered for the test, with the run's end caught as an exception.
+class RCBindingsBoundTest : public RCBindingsTest {
+protected:
+    void SetUp() override {
+        fThrewOnExit = Msgs::ThrowOnExit(true);
+        fBound = RCBindings::fgMaxResourceBytes;
+        RCBindings::fgMaxResourceBytes = 4;
+    }
+    void TearDown() override {
+        RCBindings::fgMaxResourceBytes = fBound;
+        Msgs::ThrowOnExit(fThrewOnExit);
+    }
+
+    // Runs `write` and returns what it printed when it ended the run, or "" when it returned.
+    template <typename Write>
+    std::string EndOfRun(Write write) {
+        RCCapturedMessages messages;
+        try {
+            write();
+        } catch (Msgs::Exception const&) {
+            return messages.Text();
+        }
+        return "";
+    }
+
+private:
+    bool fThrewOnExit = false;
+    unsigned long fBound = 0;
+};
+
+TEST_F(RCBindingsBoundTest, OutputUpToTheBoundIsLaid) {
+    EXPECT_EQ(EndOfRun([&] {
+                  Add(1, 4);
+                  bindings->Fill(scanner, 4, 3, 0xF);
+                  bindings->AddBytes(scanner, "\1", 1);
+                  Add(0x1234, 8);
+              }),
+              "");
+    EXPECT_EQ(bindings.Bytes(), "1F FF 01 34");
+}
+
+TEST_F(RCBindingsBoundTest, AnythingPastTheBoundEndsTheRunBeforeItIsLaid) {
+    std::string const outOfMemory = "# Fatal error: Out of memory.\n";
+    Add(0x7F, 8);
+    EXPECT_EQ(EndOfRun([&] { bindings->Fill(scanner, 32, 0x7FFFFFFFFFFFFFFF, 0); }).find(outOfMemory), 0U);
+    EXPECT_EQ(EndOfRun([&] { bindings->Fill(scanner, 8, 4, 0); }).find(outOfMemory), 0U);
+    EXPECT_EQ(EndOfRun([&] { bindings->AddBytes(scanner, "abcd", 4); }).find(outOfMemory), 0U);
+    bindings->Fill(scanner, 8, 3, 0);
+    EXPECT_EQ(EndOfRun([&] { Add(1, 1); }).find(outOfMemory), 0U);
+    EXPECT_EQ(bindings.Bytes(), "7F 00 00 00");
 }
 
 TEST_F(RCBindingsTest, PutValueKeepsTheNeighbouringBits) {
