@@ -1,4 +1,7 @@
-// The macro table as fixed hash chains in the per-file arena; a name is found by its bytes.
+// The macro table as hash chains in the per-file arena; a name is found by its bytes. The chains
+// are chosen by a hash that spreads similar names (M1, M2, ...) and double as the table fills, so
+// that a lookup stays cheap however many macros a file defines; the short additive signature is
+// kept on each entry as the cheap test before the byte comparison.
 
 #include "PPMacTbl.h"
 
@@ -47,9 +50,23 @@ std::uint32_t PP_CMacroTable_Basic::Signature(char const* name, unsigned long le
     return signature;
 }
 
+namespace {
+
+// FNV-1a over the name's bytes.
+std::uint32_t NameHash(char const* name, unsigned long length) {
+    std::uint32_t hash = 2166136261u;
+    for (unsigned long i = 0; i < length; ++i) {
+        hash ^= static_cast<unsigned char>(name[i]);
+        hash *= 16777619u;
+    }
+    return hash;
+}
+
+}  // namespace
+
 PP_MacroBody* PP_CMacroTable_Basic::LookupMacro(char const* name, unsigned long length) {
     std::uint32_t signature = Signature(name, length);
-    for (PP_MacroEntry* entry = fBuckets[signature % kBucketCount]; entry != nullptr; entry = entry->fNext) {
+    for (PP_MacroEntry* entry = BucketOf(NameHash(name, length)); entry != nullptr; entry = entry->fNext) {
         char const* candidate = entry->fBody->fName;
         if (entry->fSignature == signature && std::strncmp(name, candidate, length) == 0 && candidate[length] == 0)
             return entry->fBody;
@@ -58,11 +75,31 @@ PP_MacroBody* PP_CMacroTable_Basic::LookupMacro(char const* name, unsigned long 
 }
 
 PP_MacroBody* PP_CMacroTable_Basic::EnterMacro(char const* name, PP_MacroType type, bool canRedefine) {
-    std::uint32_t signature = Signature(name, std::strlen(name));
+    if (fEntryCount >= fBuckets.size())
+        GrowBuckets();
+    unsigned long length = std::strlen(name);
+    std::uint32_t hash = NameHash(name, length);
     PP_MacroBody* body = new (fMemory, PP_AllocPerm()) PP_MacroBody(fMemory, name, type, canRedefine);
-    PP_MacroEntry*& head = fBuckets[signature % kBucketCount];
-    head = new (fMemory, PP_AllocPerm()) PP_MacroEntry{head, body, signature};
+    PP_MacroEntry*& head = BucketOf(hash);
+    head = new (fMemory, PP_AllocPerm()) PP_MacroEntry{head, body, Signature(name, length), hash};
+    ++fEntryCount;
     return body;
+}
+
+// Relinks every entry into twice as many chains. A name has one entry, so the order within a
+// chain decides nothing.
+void PP_CMacroTable_Basic::GrowBuckets() {
+    std::vector<PP_MacroEntry*> old(fBuckets.size() * 2);
+    old.swap(fBuckets);
+    for (PP_MacroEntry* entry : old) {
+        while (entry != nullptr) {
+            PP_MacroEntry* next = entry->fNext;
+            PP_MacroEntry*& head = BucketOf(entry->fHash);
+            entry->fNext = head;
+            head = entry;
+            entry = next;
+        }
+    }
 }
 
 // The record that a definition of `name` fills in, or null when the name must not be touched.

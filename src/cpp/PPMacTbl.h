@@ -3,7 +3,9 @@
 #ifndef PPMACTBL_H
 #define PPMACTBL_H
 
+#include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "PPMemMgr.h"
 
@@ -46,6 +48,7 @@ struct PP_MacroEntry {
     PP_MacroEntry* fNext;
     PP_MacroBody* fBody;
     std::uint32_t fSignature;
+    std::uint32_t fHash;
 };
 
 // The chain of macros whose replacement text is being scanned; lives in temp memory.
@@ -91,12 +94,16 @@ public:
     static std::uint32_t Signature(char const* name, unsigned long length);
 
 private:
-    static constexpr unsigned kBucketCount = 101;
+    static constexpr std::size_t kInitialBucketCount = 128;
 
     PP_MacroBody* PrepareDefinition(char const* name, PP_MacroType type, bool canRedefine);
+    PP_MacroEntry*& BucketOf(std::uint32_t hash) { return fBuckets[hash & (fBuckets.size() - 1)]; }
+    void GrowBuckets();
 
     PP_CMemoryManager* fMemory;
-    PP_MacroEntry* fBuckets[kBucketCount] = {};
+    // A power of two of chain heads, doubled whenever the entries outnumber them.
+    std::vector<PP_MacroEntry*> fBuckets = std::vector<PP_MacroEntry*>(kInitialBucketCount);
+    std::size_t fEntryCount = 0;
 };
 
 #endif

@@ -1,6 +1,6 @@
 // Output file calls over POSIX descriptors: O_NOFOLLOW on every file the run creates, rename for
-// replacement, flock for turn-taking. The descriptors never outlive the call that opens them,
-// except for the lock's, which lives as long as the lock.
+// replacement, flock for turn-taking. The descriptors of files never outlive the call that opens
+// them; those of folders live as long as the lock or the open folder that holds them.
 #include "OutputFiles.h"
 
 #include <fcntl.h>
@@ -38,13 +38,16 @@ bool WriteFileNoFollow(std::string const& path, char const* bytes, size_t length
     return WriteAndClose(::open(path.c_str(), kWriteFlags, kFileMode), bytes, length);
 }
 
-bool WriteFileInFolderNoFollow(std::string const& folder, std::string const& name, char const* bytes,
-                               size_t length) {
-    int folderDescriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (folderDescriptor < 0) return false;
-    int descriptor = ::openat(folderDescriptor, name.c_str(), kWriteFlags, kFileMode);
-    ::close(folderDescriptor);
-    return WriteAndClose(descriptor, bytes, length);
+OpenFolder::OpenFolder(std::string const& folder)
+    : fDescriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)) {}
+
+OpenFolder::~OpenFolder() {
+    if (fDescriptor >= 0) ::close(fDescriptor);
+}
+
+bool OpenFolder::WriteFile(std::string const& name, char const* bytes, size_t length) const {
+    if (fDescriptor < 0) return false;
+    return WriteAndClose(::openat(fDescriptor, name.c_str(), kWriteFlags, kFileMode), bytes, length);
 }
 
 bool ReplaceFile(std::string const& path, std::string const& temporary, char const* bytes, size_t length) {

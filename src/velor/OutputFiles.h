@@ -12,9 +12,22 @@
 // Creates or empties path and writes bytes to it. Fails on a link at path.
 bool WriteFileNoFollow(std::string const& path, char const* bytes, size_t length);
 
-// As WriteFileNoFollow for name inside folder, failing as well when folder itself is a link.
-bool WriteFileInFolderNoFollow(std::string const& folder, std::string const& name, char const* bytes,
-                               size_t length);
+// A folder held open for writing files into it by name, so that a run of files into one folder
+// resolves its path once. Opening fails on a link at the folder's own path; so does every write
+// then.
+class OpenFolder {
+public:
+    explicit OpenFolder(std::string const& folder);
+    ~OpenFolder();
+    OpenFolder(OpenFolder const&) = delete;
+    OpenFolder& operator=(OpenFolder const&) = delete;
+
+    // As WriteFileNoFollow for name inside the folder.
+    bool WriteFile(std::string const& name, char const* bytes, size_t length) const;
+
+private:
+    int fDescriptor;
+};
 
 // Writes bytes to temporary, then renames it over path. A temporary left behind by a killed run
 // is replaced, and on failure none remains.

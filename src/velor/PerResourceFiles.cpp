@@ -8,6 +8,7 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <vector>
 
 #include "Msgs.h"
@@ -82,7 +83,7 @@ void StopOnSeveralInputFiles() {
 
 // The record read back as its words joined by single blanks. A record that ends in white space
 // gains a trailing blank from the last, failing, extraction, and so never matches.
-std::string ReadRecordedSource(std::ifstream& record) {
+std::string ReadRecordedSource(std::istream& record) {
     std::string recorded;
     record >> recorded;
     while (record.good()) {
@@ -94,12 +95,21 @@ std::string ReadRecordedSource(std::ifstream& record) {
     return recorded;
 }
 
-void StopOnSourceConflict(std::string const& folder) {
+// The record on disk as a read gives it, or nothing when there is none to read.
+std::optional<std::string> ReadRecordFile(std::string const& folder) {
     std::ifstream record(folder + kSourceRecordName);
-    if (!record.is_open()) return;
-    std::string previous = ReadRecordedSource(record);
-    std::string current = gOptions->GetFile(0);
-    if (previous == current) return;
+    if (!record.is_open()) return std::nullopt;
+    return ReadRecordedSource(record);
+}
+
+// What a read of a record holding exactly text gives.
+std::string RecordReadBack(std::string const& text) {
+    std::istringstream record(text);
+    return ReadRecordedSource(record);
+}
+
+[[noreturn]] void StopOnSourceConflict(std::string const& folder, std::string const& previous,
+                                       std::string const& current) {
     ShowError("Previous .vd file " + previous + " and current .vd file " + current +
               " do not match. This is likely due to VELOR being called twice for different .vd files in "
               "the same project. Use one .vd file and #include these instead.\n");
@@ -133,26 +143,54 @@ void RemoveOldResourceFiles(std::string const& folder) {
     for (auto const& path : doomed) fs::remove(path, error);
 }
 
-int CreateResourceFile(RCResource const* resource) {
-    auto folder = OutputFolder();
-    if (!folder) return 1;
-    StopOnSeveralInputFiles();
-    // The record is read back for every resource: a name that does not survive the reading as
-    // blank-separated words stops the run at the second resource.
-    StopOnSourceConflict(*folder);
-    CreateVdFilePathFile(*folder);
-    std::string typeFolder = *folder + "/vlbk_" + TypeText(resource->GetType());
-    std::error_code ignored;
-    fs::create_directory(typeFolder, ignored);
-    std::string name = std::to_string(static_cast<uint16_t>(resource->GetId())) + kResourceSuffix;
-    if (!WriteFileInFolderNoFollow(typeFolder, name, resource->GetContents(), resource->GetContentsLength()))
-        return 1;
-    if (!DebugMacroGiven()) return 0;
-    std::string const stamp = std::to_string(std::time(nullptr));
-    return WriteFileNoFollow(*folder + kTimestampName, stamp.data(), stamp.size()) ? 0 : 1;
+PerResourceFiles::PerResourceFiles() : fFolder(OutputFolder()), fDebug(DebugMacroGiven()) {}
+
+PerResourceFiles::~PerResourceFiles() = default;
+
+// Every resource checks the record as it would read back from the disk. The disk is asked once;
+// after that the run knows what stands there: what it read, or what it wrote itself. The record
+// is written at the first resource and again only while that write fails.
+void PerResourceFiles::CheckAndRecordSource() {
+    if (!fRecordKnown) {
+        fRecord = ReadRecordFile(*fFolder);
+        fRecordKnown = true;
+    }
+    std::string const current = gOptions->GetFile(0);
+    if (fRecord && *fRecord != current) StopOnSourceConflict(*fFolder, *fRecord, current);
+    if (fRecordWritten) return;
+    fRecordWritten = CreateVdFilePathFile(*fFolder);
+    // A name that does not survive the reading as blank-separated words stops the run at the
+    // second resource.
+    if (fRecordWritten) fRecord = RecordReadBack(current);
 }
 
-void CreateVdFilePathFile(std::string const& folder) {
+// Each type folder is made once per run, and the folder of the latest type stays open, as
+// resources mostly come in runs of one type.
+OpenFolder const& PerResourceFiles::TypeFolder(std::string const& type) {
+    if (fTypeFolder && fTypeFolderName == type) return *fTypeFolder;
+    std::string path = *fFolder + "/vlbk_" + type;
+    if (fMadeTypeFolders.insert(type).second) {
+        std::error_code ignored;
+        fs::create_directory(path, ignored);
+    }
+    fTypeFolderName = type;
+    fTypeFolder.emplace(path);
+    return *fTypeFolder;
+}
+
+int PerResourceFiles::CreateResourceFile(RCResource const* resource) {
+    if (!fFolder) return 1;
+    StopOnSeveralInputFiles();
+    CheckAndRecordSource();
+    OpenFolder const& typeFolder = TypeFolder(TypeText(resource->GetType()));
+    std::string name = std::to_string(static_cast<uint16_t>(resource->GetId())) + kResourceSuffix;
+    if (!typeFolder.WriteFile(name, resource->GetContents(), resource->GetContentsLength())) return 1;
+    if (!fDebug) return 0;
+    std::string const stamp = std::to_string(std::time(nullptr));
+    return WriteFileNoFollow(*fFolder + kTimestampName, stamp.data(), stamp.size()) ? 0 : 1;
+}
+
+bool CreateVdFilePathFile(std::string const& folder) {
     std::string const source = gOptions->GetFile(0);
-    ReplaceFile(folder + kSourceRecordName, folder + kSourceRecordTemporaryName, source.data(), source.size());
+    return ReplaceFile(folder + kSourceRecordName, folder + kSourceRecordTemporaryName, source.data(), source.size());
 }

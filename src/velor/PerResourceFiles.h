@@ -3,6 +3,9 @@
 
 #include <optional>
 #include <string>
+#include <unordered_set>
+
+#include "OutputFiles.h"
 
 class RCResource;
 
@@ -21,10 +24,35 @@ std::optional<std::string> OutputFolder();
 // files of types such as 'STR ' surviving. Nothing else is touched and no shell is involved.
 void RemoveOldResourceFiles(std::string const& folder);
 
-// Writes one resource file, after ending the run with exit code 1 when more than one input file
-// was named or when the folder's record names another input file, and recording the current one.
-// Answers 0, or 1 when nothing could be written.
-int CreateResourceFile(RCResource const* resource);
+// The writer of one run's resources. It keeps what the run has learnt of the folder: the record's
+// contents and the type folders already made.
+class PerResourceFiles {
+public:
+    PerResourceFiles();
+    ~PerResourceFiles();
+    PerResourceFiles(PerResourceFiles const&) = delete;
+    PerResourceFiles& operator=(PerResourceFiles const&) = delete;
 
-// Records the first input file as the source of folder; a failure passes in silence.
-void CreateVdFilePathFile(std::string const& folder);
+    // Writes one resource file, after ending the run with exit code 1 when more than one input
+    // file was named or when the folder's record names another input file, and recording the
+    // current one. Answers 0, or 1 when nothing could be written.
+    int CreateResourceFile(RCResource const* resource);
+
+private:
+    void CheckAndRecordSource();
+    OpenFolder const& TypeFolder(std::string const& type);
+
+    std::optional<std::string> fFolder;
+    bool fDebug;
+    // The record as a read of it gives, or nothing when there is none; valid once known.
+    std::optional<std::string> fRecord;
+    bool fRecordKnown = false;
+    bool fRecordWritten = false;
+    std::unordered_set<std::string> fMadeTypeFolders;
+    std::string fTypeFolderName;
+    std::optional<OpenFolder> fTypeFolder;
+};
+
+// Records the first input file as the source of folder; false when that failed, which passes in
+// silence.
+bool CreateVdFilePathFile(std::string const& folder);

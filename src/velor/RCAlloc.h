@@ -1,5 +1,7 @@
 // General allocation for the objects of the resource language: statements, expressions and the
-// bytes of resources. No arena lies behind it; each block is freed on its own.
+// bytes of resources. No arena lies behind it; each block is freed on its own. Small objects that
+// come and go by the thousand, such as the nodes of the expressions of every field, can instead
+// be recycled through per-size free lists.
 #pragma once
 
 #include <cstddef>
@@ -9,3 +11,11 @@ void* RCAlloc(std::size_t size);
 
 // Gives a block from RCAlloc back; null is ignored.
 void RCFree(void* block);
+
+// A block of size bytes for an object that is given back with RCFreeSmall and the same size.
+// Sizes up to a few words come from free lists that keep the blocks given back; larger ones go to
+// RCAlloc. Null when memory is exhausted.
+void* RCAllocSmall(std::size_t size);
+
+// Gives a block from RCAllocSmall back; null is ignored.
+void RCFreeSmall(void* block, std::size_t size);

@@ -195,8 +195,9 @@ RCBindings::RCBindings(RCSymbolTable* symbolTable, RCResourceFile* resourceFile,
       fResID(resID),
       fDef(nullptr),
       fSymbolTable(symbolTable),
-      // A large growth step: the area grows by a fixed step, and a resource may hold a whole file.
-      fData(4096, 65536, false),
+      // A small start, as most resources are a few bytes and every resource statement makes at
+      // least two bindings; a large growth step, as a resource may hold a whole file.
+      fData(256, 65536, false),
       fBit(0),
       fDescriptionIndent(0),
       fDescription() {}

@@ -3,6 +3,8 @@
 
 #include "RCExpression.h"
 
+#include <typeinfo>
+
 #include <cstring>
 #include <new>
 #include <vector>
@@ -74,14 +76,15 @@ char const* functionText(int function) {
 // ---------------------------------------------------------------------------------------------
 // Base
 
+// Every field's value is a tree of nodes made and dropped per resource, so nodes are recycled.
 void* RCExpression::operator new(std::size_t size) {
     // A node is never built in memory that is not there: exhaustion ends the run by exception.
-    if (void* block = RCAlloc(size)) return block;
+    if (void* block = RCAllocSmall(size)) return block;
     throw std::bad_alloc();
 }
 
-void RCExpression::operator delete(void* block) {
-    RCFree(block);
+void RCExpression::operator delete(void* block, std::size_t size) {
+    RCFreeSmall(block, size);
 }
 
 RCExpression::~RCExpression() = default;
@@ -434,11 +437,22 @@ void RCExpression_1::WriteDescription(DataArea* area, int indent) {
     writeChar(area, ')');
 }
 
+namespace {
+
+// The node as a binary node, or null. The class is final, so comparing the dynamic type is exact,
+// and it is far cheaper than a cast that searches the hierarchy: this runs for every link of
+// every chain.
+RCExpression_2* AsBinary(RCExpression* node) {
+    return node != nullptr && typeid(*node) == typeid(RCExpression_2) ? static_cast<RCExpression_2*>(node) : nullptr;
+}
+
+}  // namespace
+
 // The binary nodes down the left side of a chain, from this one to the deepest, and the operand
 // at the bottom. Walking this list in a loop keeps the machine stack flat however long a chain is.
 std::vector<RCExpression_2 const*> RCExpression_2::LeftSpine(RCExpression** bottom) const {
     std::vector<RCExpression_2 const*> spine{this};
-    while (auto const* next = dynamic_cast<RCExpression_2 const*>(spine.back()->fLeft.GetRep())) spine.push_back(next);
+    while (auto const* next = AsBinary(spine.back()->fLeft.GetRep())) spine.push_back(next);
     *bottom = spine.back()->fLeft.GetRep();
     return spine;
 }
@@ -446,7 +460,7 @@ std::vector<RCExpression_2 const*> RCExpression_2::LeftSpine(RCExpression** bott
 RCExpression_2::~RCExpression_2() {
     // Each link is unhooked from the chain before it goes, so no destructor recurses down it.
     RCExpression* next = fLeft.Release();
-    while (auto* link = dynamic_cast<RCExpression_2*>(next)) {
+    while (auto* link = AsBinary(next)) {
         next = link->fLeft.Release();
         delete link;
     }

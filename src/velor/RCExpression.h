@@ -39,7 +39,7 @@ enum RCFunction : int {
 class RCExpression {
 public:
     static void* operator new(std::size_t size);
-    static void operator delete(void* block);
+    static void operator delete(void* block, std::size_t size);
 
     RCExpression() = default;
     RCExpression(RCExpression const&) = delete;
@@ -167,7 +167,7 @@ private:
 };
 
 // A binary operator, by its token.
-class RCExpression_2 : public RCExpression_Eval {
+class RCExpression_2 final : public RCExpression_Eval {
 public:
     RCExpression_2(int op, RCExpression* left, RCExpression* right) : fOperator(op), fLeft(left), fRight(right) {}
     ~RCExpression_2() override;

@@ -23,5 +23,5 @@ int RCPrivMacResourceFile::Open(char const* path) {
 }
 
 int RCPrivMacResourceFile::AddResource(RCResource const* resource) {
-    return CreateResourceFile(resource);
+    return fResourceFiles.CreateResourceFile(resource);
 }

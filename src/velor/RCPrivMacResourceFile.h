@@ -6,6 +6,7 @@
 
 #include "MacFile.h"
 #include "OutputFiles.h"
+#include "PerResourceFiles.h"
 #include "RCPrivResourceFile.h"
 
 // The output named with -o: recreated as an empty file, with every resource written as a file of
@@ -22,4 +23,5 @@ private:
     // Declared first: taken before the clean-up, and given back only after the file is closed.
     std::optional<FolderLock> fLock;
     RsrcMacFile fFile;
+    PerResourceFiles fResourceFiles;
 };

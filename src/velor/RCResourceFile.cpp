@@ -2,28 +2,71 @@
 
 #include "RCResourceFile.h"
 
-#include <functional>
 
 #include "Assertion.h"
 #include "MsgIds.h"
 #include "Options.h"
 #include "RCPrivMacResourceFile.h"
 
-std::size_t RCResourceFile::KeyHash::operator()(Key const& key) const {
-    return std::hash<uint64_t>()((key.fType << 16) ^ static_cast<uint16_t>(key.fId));
+namespace {
+
+// Type and id mixed so that neighbouring ids of one type and equal ids of several types spread
+// over the whole table (the finaliser of MurmurHash3).
+std::size_t IndexHash(unsigned long type, short id) {
+    uint64_t key = (static_cast<uint64_t>(type) << 16) ^ static_cast<uint16_t>(id);
+    key ^= key >> 33;
+    key *= 0xff51afd7ed558ccdULL;
+    key ^= key >> 33;
+    key *= 0xc4ceb9fe1a85ec53ULL;
+    key ^= key >> 33;
+    return static_cast<std::size_t>(key);
 }
 
-RCResourceFile::~RCResourceFile() { release(fResources); }
+}  // namespace
+
+RCResourceFile::~RCResourceFile() {
+    for (RCResource* resource : fResources) delete resource;
+}
+
+std::size_t RCResourceFile::SlotOf(unsigned long type, short id) const {
+    std::size_t const hash = IndexHash(type, id);
+    std::size_t const mask = fIndex.size() - 1;
+    for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
+        Slot const& slot = fIndex[at];
+        if (slot.fPosition == 0) return at;
+        if (slot.fHash != static_cast<uint32_t>(hash)) continue;
+        RCResource const* resource = fResources[slot.fPosition - 1];
+        if (resource->GetType() == type && resource->GetId() == id) return at;
+    }
+}
+
+// The low bits of the hash that place a slot are the ones it keeps, so a slot moves without its
+// resource being read.
+void RCResourceFile::GrowIndex() {
+    std::vector<Slot> old(fIndex.size() * 2);
+    old.swap(fIndex);
+    std::size_t const mask = fIndex.size() - 1;
+    for (Slot const& slot : old) {
+        if (slot.fPosition == 0) continue;
+        std::size_t at = slot.fHash & mask;
+        while (fIndex[at].fPosition != 0) at = (at + 1) & mask;
+        fIndex[at] = slot;
+    }
+}
 
 RCResource* RCResourceFile::Lookup(unsigned long type, short id) const {
-    auto found = fIndex.find(Key{type, id});
-    return found == fIndex.end() ? nullptr : found->second;
+    uint32_t const position = fIndex[SlotOf(type, id)].fPosition;
+    return position == 0 ? nullptr : fResources[position - 1];
 }
 
 int RCResourceFile::AddResource(RCResource* resource) {
-    auto [place, added] = fIndex.try_emplace(Key{resource->GetType(), resource->GetId()}, resource);
-    if (!added) return kMsg_DuplicateResource;
-    fResources.Append(new RCListItem<RCResource*>(resource));
+    unsigned long const type = resource->GetType();
+    short const id = resource->GetId();
+    if (Lookup(type, id) != nullptr) return kMsg_DuplicateResource;
+    if (4 * (fResources.size() + 1) > 3 * fIndex.size()) GrowIndex();
+    std::size_t const slot = SlotOf(type, id);
+    fResources.push_back(resource);
+    fIndex[slot] = Slot{static_cast<uint32_t>(IndexHash(type, id)), static_cast<uint32_t>(fResources.size())};
     return 0;
 }
 
@@ -41,8 +84,7 @@ int RCResourceFile::WriteFile(void*) {
     RCPrivMacResourceFile output(static_cast<uint32_t>(gOptions->GetType()),
                                  static_cast<uint32_t>(gOptions->GetCreator()));
     if (int result = output.Open(fName)) return result;
-    RCListIterator<RCList<RCListItem<RCResource*>>> resources(fResources);
-    while (auto* item = resources.Next())
-        if (int result = output.AddResource(item->fValue)) return result;
+    for (RCResource const* resource : fResources)
+        if (int result = output.AddResource(resource)) return result;
     return 0;
 }

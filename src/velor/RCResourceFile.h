@@ -3,11 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
+#include <vector>
 
 #include "MsgIds.h"
 #include "RCResource.h"
-#include "RCScope.h"
 
 // The resources of one compilation, held until the end of the file so that a file with an error
 // writes nothing. The list keeps the order of insertion, which is the order of writing; an index
@@ -32,16 +31,23 @@ public:
     int WriteFile(void* unused);
 
 private:
-    struct Key {
-        uint64_t fType;
-        int16_t fId;
-        bool operator==(Key const&) const = default;
-    };
-    struct KeyHash {
-        std::size_t operator()(Key const& key) const;
+    // One place of the index: a part of the key's hash, so that probing and growing seldom read
+    // a resource itself, and the resource's position in the list counted from 1; 0 is empty.
+    struct Slot {
+        uint32_t fHash;
+        uint32_t fPosition;
     };
 
+    // The place of the index that holds the resource of type and id, or the empty place where it
+    // would go.
+    std::size_t SlotOf(unsigned long type, short id) const;
+    void GrowIndex();
+
     char const* fName;
-    RCList<RCListItem<RCResource*>> fResources;
-    std::unordered_map<Key, RCResource*, KeyHash> fIndex;
+    // The resources in order of insertion, owned.
+    std::vector<RCResource*> fResources;
+    // An open-addressed table of the resources by type and id, probed linearly and never more
+    // than three quarters full: a look-up reads a short run of adjacent places, whatever the
+    // count, and the table costs a few bytes per resource.
+    std::vector<Slot> fIndex = std::vector<Slot>(64);
 };

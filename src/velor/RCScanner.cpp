@@ -125,15 +125,39 @@ int RCScanner::NextToken() {
     return fTokenType;
 }
 
+namespace {
+
+// The rows of the keyword table by the first byte and the length of their names, in table order,
+// so that an identifier is compared only with the few keywords it could be.
+class KeywordIndex {
+public:
+    KeywordIndex() {
+        for (RCKeyword const* row = gKeywordTable; row->fName != nullptr; ++row)
+            fRows[static_cast<unsigned char>(row->fName[0])].push_back({row, std::strlen(row->fName)});
+    }
+
+    RCKeyword const* Find(char const* text, size_t length) const {
+        if (length == 0) return nullptr;
+        for (Entry const& entry : fRows[static_cast<unsigned char>(text[0])])
+            if (entry.fLength == length && std::memcmp(entry.fRow->fName, text, length) == 0) return entry.fRow;
+        return nullptr;
+    }
+
+private:
+    struct Entry {
+        RCKeyword const* fRow;
+        size_t fLength;
+    };
+    std::vector<Entry> fRows[256];
+};
+
+}  // namespace
+
 void RCScanner::LookUpKeyword() {
-    char const* text = fTokenText.GetReadPtr();
-    size_t const length = fTokenText.Readable();
-    for (RCKeyword const* row = gKeywordTable; row->fName != nullptr; ++row) {
-        if (row->fName[0] == text[0] && std::strncmp(row->fName, text, length) == 0 && row->fName[length] == 0) {
-            fTokenType = row->fToken;
-            fNArgs = row->fArgCount;
-            return;
-        }
+    static KeywordIndex const index;
+    if (RCKeyword const* row = index.Find(fTokenText.GetReadPtr(), fTokenText.Readable())) {
+        fTokenType = row->fToken;
+        fNArgs = row->fArgCount;
     }
 }
 

@@ -13,11 +13,12 @@ RCSymbolTable::~RCSymbolTable() {
 
 void RCSymbolTable::AddDefinition(UniqueStruct* name, RCDefinition* definition) {
     fDefinitions.Append(name, definition);
+    fFirstDefinitions.try_emplace(name, definition);
 }
 
 RCDefinition* RCSymbolTable::LookupDefinition(UniqueStruct* name) const {
-    RCDefinitionListItem* item = fDefinitions.Lookup(name);
-    return item ? item->fValue : nullptr;
+    auto found = fFirstDefinitions.find(name);
+    return found == fFirstDefinitions.end() ? nullptr : found->second;
 }
 
 void RCSymbolTable::AddStatic(UniqueStruct* name, RCNumber const& value) {

@@ -2,6 +2,8 @@
 // variables. It is made per input file and outlives every binding of that file.
 #pragma once
 
+#include <unordered_map>
+
 #include "RCScope.h"
 #include "RCValueCell.h"
 
@@ -31,6 +33,8 @@ public:
 
 private:
     RCDefinitionList fDefinitions;
+    // The first definition of each name, so that a lookup doesn't walk every type of the file.
+    std::unordered_map<UniqueStruct*, RCDefinition*> fFirstDefinitions;
     RCScope<RCValueCell> fStatics;
     RCScope<RCValueCell> fInitialStatics;
 };

@@ -43,6 +43,36 @@ TEST(RCResourceFile, KeepsTheFirstOfATypeAndIdAndFindsFreeIds) {
     EXPECT_EQ(file.UniqueResId(kText, 32767), -32768);
 }
 
+// Every id but one of a type, and the same ids of a type that differs only beyond the low 32 bits:
+// the index tells them all apart as it grows, and the one free id is found from any start.
+TEST(RCResourceFile, TellsEveryTypeAndIdApartAcrossGrowth) {
+    RCResourceFile file("out/r.rsrc");
+    unsigned long const wideType = kText | (1UL << 40);
+    constexpr short kFree = 5;
+    for (int id = -32768; id <= 32767; ++id) {
+        if (id == kFree) continue;
+        ASSERT_EQ(file.AddResource(MakeResource(kText, static_cast<short>(id))), 0);
+        if (id % 7 == 0) {
+            ASSERT_EQ(file.AddResource(MakeResource(wideType, static_cast<short>(id))), 0);
+        }
+    }
+    for (int id = -32768; id <= 32767; ++id) {
+        RCResource* found = file.Lookup(kText, static_cast<short>(id));
+        if (id == kFree) {
+            EXPECT_EQ(found, nullptr);
+            continue;
+        }
+        ASSERT_NE(found, nullptr);
+        EXPECT_EQ(found->GetId(), id);
+        EXPECT_EQ(found->GetType(), kText);
+        EXPECT_EQ(file.Lookup(wideType, static_cast<short>(id)) != nullptr, id % 7 == 0) << id;
+    }
+    RCResource duplicate(wideType, 7);
+    EXPECT_EQ(file.AddResource(&duplicate), kMsg_DuplicateResource);
+    EXPECT_EQ(file.UniqueResId(kText, kFree + 1), kFree);
+    EXPECT_EQ(file.UniqueResId(kText, -32768), kFree);
+}
+
 struct Entry {
     unsigned long fType;
     short fId;
