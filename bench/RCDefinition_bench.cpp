@@ -4,41 +4,13 @@
 // adjacent literals, and the time per entry as a multi-string table grows. Descriptions switched
 // off must cost nothing: the time per resource statement without them is that of a compiler that
 // has none.
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 
-#include "Msgs.h"
+#include "CompileTiming.h"
 #include "Options.h"
-#include "PPMacTbl.h"
-#include "PPMemMgr.h"
-#include "RCPredefinedTypes.h"
-#include "RCResourceFile.h"
-#include "RCScanner.h"
-#include "RCSymTbl.h"
-#include "RCTopLevel.h"
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-// Runs the top-level statements of a text and returns the nanoseconds it took.
-double CompileNanoseconds(std::string const& text) {
-    PP_CMemoryManager_Basic memory;
-    PP_CMacroTable_Basic macros(&memory);
-    RCSymbolTable symbols;
-    RCScanner scanner(&memory, &macros, &symbols);
-    RCResourceFile resources("out/bench.rsrc");
-    EnterPredefinedTypes(&symbols);
-    auto start = Clock::now();
-    scanner.PushInput(scanner.ReadFile(text.c_str(), "bench.vd"));
-    scanner.NextToken();
-    CompileTopLevel(&scanner, &macros, &resources, [] {});
-    std::chrono::duration<double, std::nano> elapsed = Clock::now() - start;
-    if (Msgs::GetErrorCount() != 0) std::abort();
-    return elapsed.count();
-}
 
 double NanosecondsPerResource(long count, bool descriptions) {
     gOptions->SetWriteDescriptions(descriptions);
