@@ -20,7 +20,7 @@ void RCFree(void* block) {
 namespace {
 
 constexpr std::size_t kGranule = 16;
-constexpr std::size_t kLargestSmall = 128;
+constexpr std::size_t kLargestSmall = 512;
 constexpr std::size_t kClassCount = kLargestSmall / kGranule;
 constexpr std::size_t kChunkSize = 64 * 1024;
 
@@ -83,4 +83,13 @@ void RCFreeSmall(void* block, std::size_t size) {
     if (block == nullptr) return;
     if (!kRecycle || size > kLargestSmall) return RCFree(block);
     gSmallBlocks.Give(block, ClassOf(size));
+}
+
+void* RCRecycled::operator new(std::size_t size) {
+    if (void* block = RCAllocSmall(size)) return block;
+    throw std::bad_alloc();
+}
+
+void RCRecycled::operator delete(void* block, std::size_t size) {
+    RCFreeSmall(block, size);
 }

@@ -202,6 +202,17 @@ RCBindings::RCBindings(RCSymbolTable* symbolTable, RCResourceFile* resourceFile,
       fDescriptionIndent(0),
       fDescription() {}
 
+RCBindings::RCBindings(RCSymbolTable* symbolTable)
+    : fResourceFile(nullptr),
+      fResType(0),
+      fResID(0),
+      fDef(nullptr),
+      fSymbolTable(symbolTable),
+      fData(),
+      fBit(0),
+      fDescriptionIndent(0),
+      fDescription() {}
+
 RCBindings::~RCBindings() {
     while (fDef != nullptr) {
         RCBindings_Def* parent = fDef->Parent();

@@ -26,6 +26,9 @@ struct UniqueStruct;
 class RCBindings {
 public:
     RCBindings(RCSymbolTable* symbolTable, RCResourceFile* resourceFile, unsigned long resType, unsigned long resID);
+    // Scratch bindings, for values that must be known at once: they never get a frame, so they
+    // never lay output, and no output area is allocated for them.
+    explicit RCBindings(RCSymbolTable* symbolTable);
     ~RCBindings();
 
     RCBindings(RCBindings const&) = delete;

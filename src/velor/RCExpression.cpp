@@ -6,6 +6,7 @@
 #include <typeinfo>
 
 #include <cstring>
+#include <memory>
 #include <new>
 #include <vector>
 
@@ -31,7 +32,7 @@ constexpr int kNoMinPriority = -1;
 // The walks over a tree (reduce, evaluate, describe, delete) recurse on its nesting, so the parser
 // refuses nesting deeper than this: parentheses, unary operators and the operands of operands.
 // A chain of binary operators at one level is no nesting: its tree leans left, and every walk
-// follows that left spine in a loop (LeftSpine below), so a chain of any length parses.
+// follows that left spine in a loop (RCExpression_2::LeftSpine below), so a chain of any length parses.
 RCNesting gExpressionNesting{1000, kPPErr_ExpressionTooComplex};
 
 bool isStringToken(int token) {
@@ -75,17 +76,6 @@ char const* functionText(int function) {
 
 // ---------------------------------------------------------------------------------------------
 // Base
-
-// Every field's value is a tree of nodes made and dropped per resource, so nodes are recycled.
-void* RCExpression::operator new(std::size_t size) {
-    // A node is never built in memory that is not there: exhaustion ends the run by exception.
-    if (void* block = RCAllocSmall(size)) return block;
-    throw std::bad_alloc();
-}
-
-void RCExpression::operator delete(void* block, std::size_t size) {
-    RCFreeSmall(block, size);
-}
 
 RCExpression::~RCExpression() = default;
 
@@ -448,14 +438,37 @@ RCExpression_2* AsBinary(RCExpression* node) {
 
 }  // namespace
 
-// The binary nodes down the left side of a chain, from this one to the deepest, and the operand
+// The binary nodes down the left side of a chain, from the top one to the deepest, and the operand
 // at the bottom. Walking this list in a loop keeps the machine stack flat however long a chain is.
-std::vector<RCExpression_2 const*> RCExpression_2::LeftSpine(RCExpression** bottom) const {
-    std::vector<RCExpression_2 const*> spine{this};
-    while (auto const* next = AsBinary(spine.back()->fLeft.GetRep())) spine.push_back(next);
-    *bottom = spine.back()->fLeft.GetRep();
-    return spine;
-}
+// Nearly every chain is a few links long and fits in the object; a longer one goes to the heap.
+class RCExpression_2::LeftSpine {
+public:
+    explicit LeftSpine(RCExpression_2 const* top) : fNodes(fInline), fSize(1), fBottom(top->fLeft.GetRep()) {
+        for (RCExpression* left = fBottom; auto const* link = AsBinary(left); left = link->fLeft.GetRep()) ++fSize;
+        if (fSize > kInlineNodes) {
+            fHeap = std::make_unique<RCExpression_2 const*[]>(fSize);
+            fNodes = fHeap.get();
+        }
+        fNodes[0] = top;
+        for (std::size_t i = 1; i < fSize; ++i) fNodes[i] = AsBinary(fNodes[i - 1]->fLeft.GetRep());
+        fBottom = fNodes[fSize - 1]->fLeft.GetRep();
+    }
+    LeftSpine(LeftSpine const&) = delete;
+    LeftSpine& operator=(LeftSpine const&) = delete;
+
+    std::size_t Size() const { return fSize; }
+    RCExpression_2 const* operator[](std::size_t i) const { return fNodes[i]; }
+    RCExpression* Bottom() const { return fBottom; }
+
+private:
+    static constexpr std::size_t kInlineNodes = 16;
+
+    RCExpression_2 const* fInline[kInlineNodes];
+    std::unique_ptr<RCExpression_2 const*[]> fHeap;
+    RCExpression_2 const** fNodes;
+    std::size_t fSize;
+    RCExpression* fBottom;
+};
 
 RCExpression_2::~RCExpression_2() {
     // Each link is unhooked from the chain before it goes, so no destructor recurses down it.
@@ -468,31 +481,30 @@ RCExpression_2::~RCExpression_2() {
 }
 
 bool RCExpression_2::IsNumber() const {
-    RCExpression* bottom;
-    auto const spine = LeftSpine(&bottom);
-    for (auto const* node : spine)
-        if (!node->fRight->IsNumber()) return false;
-    return bottom->IsNumber();
+    LeftSpine const spine(this);
+    for (std::size_t i = 0; i < spine.Size(); ++i)
+        if (!spine[i]->fRight->IsNumber()) return false;
+    return spine.Bottom()->IsNumber();
 }
 
 // Each level reduces its left side, then its right, and folds when both are constant: the order
 // of the walk, and so of its messages, is that of a recursive descent.
 RCExpression* RCExpression_2::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
-    RCExpression* bottom;
-    auto const spine = LeftSpine(&bottom);
+    LeftSpine const spine(this);
     bool leftConstant = false;
-    RCExpression* left = bottom->Reduce(scanner, bindings, leftConstant);
-    for (auto node = spine.rbegin(); node != spine.rend(); ++node) {
+    RCExpression* left = spine.Bottom()->Reduce(scanner, bindings, leftConstant);
+    for (std::size_t level = spine.Size(); level-- > 0;) {
+        RCExpression_2 const* node = spine[level];
         bool rightConstant = false;
-        RCExpression* right = (*node)->fRight->Reduce(scanner, bindings, rightConstant);
+        RCExpression* right = node->fRight->Reduce(scanner, bindings, rightConstant);
         if (!leftConstant || !rightConstant) {
-            left = new RCExpression_2((*node)->fOperator, left, right);
+            left = new RCExpression_2(node->fOperator, left, right);
             leftConstant = false;
             continue;
         }
         RCNumber leftValue = evaluateReduced(scanner, bindings, left);
         RCNumber rightValue = evaluateReduced(scanner, bindings, right);
-        left = Number(evaluateBinary(scanner, (*node)->fOperator, leftValue, rightValue));
+        left = Number(evaluateBinary(scanner, node->fOperator, leftValue, rightValue));
     }
     isConstant = leftConstant;
     return left;
@@ -500,30 +512,28 @@ RCExpression* RCExpression_2::Reduce(RCScanner* scanner, RCBindings* bindings, b
 
 RCNumber RCExpression_2::Evaluate(RCScanner* scanner, RCBindings* bindings) {
     // Both sides are always evaluated, left first: there is no short circuit.
-    RCExpression* bottom;
-    auto const spine = LeftSpine(&bottom);
-    RCNumber value = bottom->Evaluate(scanner, bindings);
-    for (auto node = spine.rbegin(); node != spine.rend(); ++node) {
-        RCNumber right = (*node)->fRight->Evaluate(scanner, bindings);
-        value = evaluateBinary(scanner, (*node)->fOperator, value, right);
+    LeftSpine const spine(this);
+    RCNumber value = spine.Bottom()->Evaluate(scanner, bindings);
+    for (std::size_t level = spine.Size(); level-- > 0;) {
+        RCNumber right = spine[level]->fRight->Evaluate(scanner, bindings);
+        value = evaluateBinary(scanner, spine[level]->fOperator, value, right);
     }
     return value;
 }
 
 // "(op left" + line end + "right)" at every level, each level indented past its operator.
 void RCExpression_2::WriteDescription(DataArea* area, int indent) {
-    RCExpression* bottom;
-    auto const spine = LeftSpine(&bottom);
+    LeftSpine const spine(this);
     std::vector<int> inner;
-    for (auto const* node : spine) {
-        char const* text = operatorText(node->fOperator);
+    for (std::size_t level = 0; level < spine.Size(); ++level) {
+        char const* text = operatorText(spine[level]->fOperator);
         inner.push_back(indent += headWidth(text));
         writeChar(area, '(');
         writeText(area, text);
         writeChar(area, ' ');
     }
-    bottom->WriteDescription(area, inner.back());
-    for (size_t level = spine.size(); level-- > 0;) {
+    spine.Bottom()->WriteDescription(area, inner.back());
+    for (std::size_t level = spine.Size(); level-- > 0;) {
         newLineIndent(area, inner[level]);
         spine[level]->fRight->WriteDescription(area, inner[level]);
         writeChar(area, ')');

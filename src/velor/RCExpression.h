@@ -11,8 +11,8 @@
 #pragma once
 
 #include <cstddef>
-#include <vector>
 
+#include "RCAlloc.h"
 #include "RCByteString.h"
 #include "RCDescription.h"
 #include "RCNumber.h"
@@ -36,11 +36,9 @@ enum RCFunction : int {
     kFunction_Word,
 };
 
-class RCExpression {
+// Every field's value is a tree of nodes made and dropped per resource, so nodes are recycled.
+class RCExpression : public RCRecycled {
 public:
-    static void* operator new(std::size_t size);
-    static void operator delete(void* block, std::size_t size);
-
     RCExpression() = default;
     RCExpression(RCExpression const&) = delete;
     RCExpression& operator=(RCExpression const&) = delete;
@@ -178,7 +176,7 @@ public:
     void WriteDescription(DataArea* area, int indent) override;
 
 private:
-    std::vector<RCExpression_2 const*> LeftSpine(RCExpression** bottom) const;
+    class LeftSpine;
 
     int fOperator;
     RCPtr<RCExpression> fLeft;
