@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "Assertion.h"
 
@@ -163,6 +164,25 @@ void DataArea::Truncate() {
     }
     fSize = fCursor;
     fAllocated = fCursor;
+}
+
+void DataArea::Swap(DataArea& other) {
+    std::swap(fHandle, other.fHandle);
+    std::swap(fCursor, other.fCursor);
+    std::swap(fSize, other.fSize);
+    std::swap(fAllocated, other.fAllocated);
+    std::swap(fIncrement, other.fIncrement);
+    std::swap(fLockCount, other.fLockCount);
+    std::swap(fManager, other.fManager);
+}
+
+void DataArea::Reset() {
+    if (fLockCount != 0) {
+        fLockCount = 1;
+        MacHUnlock();
+    }
+    fCursor = 0;
+    fSize = 0;
 }
 
 void DataArea::MacHLock() {

@@ -177,6 +177,17 @@ RCNumber eval(RCScanner* scanner, RCBindings* bindings, UniqueStruct* name, RCEx
     return RCNumber();
 }
 
+// Output areas are recycled: the area of a finished resource, emptied, serves the next one. Every
+// resource statement needs an area and most fill a few bytes of it, so this saves a block and its
+// master pointer per resource. An area grown past kLargestSpareArea goes with its resource, so
+// that no large block outlives it.
+constexpr std::uint64_t kLargestSpareArea = 128 * 1024;
+
+DataArea& spareOutputArea() {
+    static DataArea spare;
+    return spare;
+}
+
 // Output that cannot grow ends the run, as an exhausted heap does elsewhere. The explicit exit
 // covers a message mask that hides the fatal message, which then would not end the run itself.
 void outOfMemory() {
@@ -195,29 +206,31 @@ RCBindings::RCBindings(RCSymbolTable* symbolTable, RCResourceFile* resourceFile,
       fResID(resID),
       fDef(nullptr),
       fSymbolTable(symbolTable),
-      // A small start, as most resources are a few bytes and every resource statement makes at
-      // least two bindings; a large growth step, as a resource may hold a whole file.
-      fData(256, 65536, false),
       fBit(0),
-      fDescriptionIndent(0),
-      fDescription() {}
+      fDescriptionIndent(0) {
+    if (spareOutputArea().HasBlock()) {
+        fData.Swap(spareOutputArea());
+        return;
+    }
+    // A small start, as most resources are a few bytes; a large growth step, as a resource may
+    // hold a whole file.
+    fData.IDataArea(256, 65536, false);
+    VELOR_ASSERT(fData.HasBlock());
+}
 
 RCBindings::RCBindings(RCSymbolTable* symbolTable)
-    : fResourceFile(nullptr),
-      fResType(0),
-      fResID(0),
-      fDef(nullptr),
-      fSymbolTable(symbolTable),
-      fData(),
-      fBit(0),
-      fDescriptionIndent(0),
-      fDescription() {}
+    : fResourceFile(nullptr), fResType(0), fResID(0), fDef(nullptr), fSymbolTable(symbolTable), fBit(0),
+      fDescriptionIndent(0) {}
 
 RCBindings::~RCBindings() {
     while (fDef != nullptr) {
         RCBindings_Def* parent = fDef->Parent();
         delete fDef;
         fDef = parent;
+    }
+    if (fData.HasBlock() && fData.GetAllocated() <= kLargestSpareArea) {
+        fData.Reset();
+        fData.Swap(spareOutputArea());
     }
 }
 
