@@ -329,12 +329,12 @@ bool RCBindings::AddBytes(RCScanner* scanner, void const* bytes, long count) {
     return true;
 }
 
-bool RCBindings::AddString(RCScanner* scanner, RCByteString& string, int stringType) {
+bool RCBindings::AddString(RCScanner* scanner, RCByteString const& string, int stringType) {
     RCStringInfo info(string, stringType);
     return AddString(scanner, info);
 }
 
-bool RCBindings::AddString(RCScanner* scanner, RCByteString& string, int stringType, long length) {
+bool RCBindings::AddString(RCScanner* scanner, RCByteString const& string, int stringType, long length) {
     RCStringInfo info(string, stringType, length);
     return AddString(scanner, info);
 }

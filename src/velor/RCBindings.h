@@ -56,8 +56,8 @@ public:
     // caller keeps the expression.
     bool AddValue(RCScanner* scanner, RCExpression* expression, short width, bool isInteger);
     bool AddBytes(RCScanner* scanner, void const* bytes, long count);
-    bool AddString(RCScanner* scanner, RCByteString& string, int stringType);
-    bool AddString(RCScanner* scanner, RCByteString& string, int stringType, long length);
+    bool AddString(RCScanner* scanner, RCByteString const& string, int stringType);
+    bool AddString(RCScanner* scanner, RCByteString const& string, int stringType, long length);
     bool Align(RCScanner* scanner, short width);
     bool Fill(RCScanner* scanner, short width, long count, unsigned long value);
 

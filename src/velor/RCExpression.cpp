@@ -96,6 +96,10 @@ RCByteString RCExpression::AsString() {
     return RCByteString();
 }
 
+RCByteString const* RCExpression::StringValue() const {
+    return nullptr;
+}
+
 UniqueStruct* RCExpression::AsName() {
     VELOR_ASSERT_TEXT("RCExpression::AsName", false);
     return nullptr;
@@ -234,9 +238,7 @@ RCExpression* RCExpression::ParseString(RCScanner* scanner) {
         scanner->NextToken();
     } while (isStringToken(scanner->TokenType()));
     if (work.fData == nullptr) return nullptr;
-    RCExpression* result = new RCExpression_String(work);
-    work.Destroy();
-    return result;
+    return RCExpression_String::Adopting(work);
 }
 
 // function = $$-keyword "(" [ expression-list ] ")"
@@ -336,8 +338,16 @@ bool RCExpression_String::IsString() const {
     return true;
 }
 
+RCExpression_String* RCExpression_String::Adopting(RCByteString const& string) {
+    return new RCExpression_String(string, AdoptTag{});
+}
+
 RCByteString RCExpression_String::AsString() {
     return fString.Clone();
+}
+
+RCByteString const* RCExpression_String::StringValue() const {
+    return &fString;
 }
 
 RCExpression* RCExpression_String::Reduce(RCScanner*, RCBindings*, bool& isConstant) const {
@@ -578,7 +588,7 @@ void RCExpression_3::WriteDescription(DataArea* area, int indent) {
 // Functions and label references
 
 RCExpression_MultipleArgs::RCExpression_MultipleArgs(int function, int argc, RCExpression** argv)
-    : fFunction(function), fArgc(argc), fArgv(new RCExpression*[argc]), fAllNumbers(true) {
+    : fFunction(function), fArgc(argc), fArgv(NewArgv(argc)), fAllNumbers(true) {
     for (int i = 0; i < argc; ++i) {
         fArgv[i] = argv[i];
         fAllNumbers = fAllNumbers && argv[i]->IsNumber();
@@ -587,7 +597,17 @@ RCExpression_MultipleArgs::RCExpression_MultipleArgs(int function, int argc, RCE
 
 RCExpression_MultipleArgs::~RCExpression_MultipleArgs() {
     deleteArguments(fArgc, fArgv);
-    delete[] fArgv;
+    RCFreeSmall(fArgv, ArgvBytes(fArgc));
+}
+
+// The argument lists of the nodes made per resource come from the small-block free lists.
+RCExpression** RCExpression_MultipleArgs::NewArgv(int argc) {
+    if (void* block = RCAllocSmall(ArgvBytes(argc))) return static_cast<RCExpression**>(block);
+    throw std::bad_alloc();
+}
+
+std::size_t RCExpression_MultipleArgs::ArgvBytes(int argc) {
+    return static_cast<std::size_t>(argc) * sizeof(RCExpression*);
 }
 
 bool RCExpression_MultipleArgs::IsNumber() const {

@@ -49,6 +49,8 @@ public:
     virtual bool IsName() const;
     // A clone that the caller destroys; only a string expression has one.
     virtual RCByteString AsString();
+    // The string of a string expression, which keeps it; null for every other expression.
+    virtual RCByteString const* StringValue() const;
     virtual UniqueStruct* AsName();
     // A new tree owned by the caller; isConstant tells whether it can be evaluated now.
     virtual RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const = 0;
@@ -94,12 +96,19 @@ public:
     explicit RCExpression_String(RCByteString const& string);
     ~RCExpression_String() override;
 
+    // Takes over the string's storage, which the caller then no longer destroys.
+    static RCExpression_String* Adopting(RCByteString const& string);
+
     bool IsString() const override;
     RCByteString AsString() override;
+    RCByteString const* StringValue() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     void WriteDescription(DataArea* area, int indent) override;
 
 private:
+    struct AdoptTag {};
+    RCExpression_String(RCByteString const& string, AdoptTag) : fString(string) {}
+
     RCByteString fString;
 };
 
@@ -218,6 +227,10 @@ protected:
     int fArgc;
     RCExpression** fArgv;
     bool fAllNumbers;
+
+private:
+    static RCExpression** NewArgv(int argc);
+    static std::size_t ArgvBytes(int argc);
 };
 
 // $$BitField, $$Byte, $$Long and $$Word: they read the output, so they are always deferred.
