@@ -311,6 +311,8 @@ void RCBindings::AddBits(unsigned long value, short width) {
 
 bool RCBindings::AddValue(RCScanner* scanner, RCExpression* expression, short width, bool isInteger) {
     RCBindings_Def* frame = RequireDefn();
+    // A literal, the most common value, is its own reduced form.
+    if (RCNumber const* literal = expression->LiteralValue()) return AddValue(scanner, *literal, width, isInteger);
     bool isConstant = false;
     RCPtr<RCExpression> reduced = expression->Reduce(scanner, this, isConstant);
     if (isConstant) return AddValue(scanner, reduced->Evaluate(scanner, this), width, isInteger);

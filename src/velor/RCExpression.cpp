@@ -49,6 +49,57 @@ RCNumber evaluateReduced(RCScanner* scanner, RCBindings* bindings, RCExpression*
     return owned->Evaluate(scanner, bindings);
 }
 
+// An operand on its way through Reduce. A literal is held as its value, so that folding constants
+// builds and drops no nodes: reducing or evaluating a literal says nothing, so skipping either
+// changes no message. Any other operand is the tree that its Reduce made, evaluated when its
+// value is asked for, at the point where the tree would have been.
+class ReducedOperand {
+public:
+    ReducedOperand(RCExpression const* operand, RCScanner* scanner, RCBindings* bindings) {
+        if (RCNumber const* literal = operand->LiteralValue()) {
+            fValue = *literal;
+            fIsConstant = true;
+        } else {
+            fTree = operand->Reduce(scanner, bindings, fIsConstant);
+        }
+    }
+    ReducedOperand(ReducedOperand const&) = delete;
+    ReducedOperand& operator=(ReducedOperand const&) = delete;
+    ~ReducedOperand() { delete fTree; }
+
+    bool IsConstant() const { return fIsConstant; }
+
+    // Holds a value known now in place of what was taken.
+    void Hold(RCNumber const& value) {
+        fValue = value;
+        fIsConstant = true;
+    }
+
+    // Holds a tree whose value is not known yet in place of what was taken.
+    void Adopt(RCExpression* tree) {
+        fTree = tree;
+        fIsConstant = false;
+    }
+
+    RCExpression* TakeTree() {
+        RCExpression* tree = fTree != nullptr ? fTree : RCExpression::Number(fValue);
+        fTree = nullptr;
+        return tree;
+    }
+
+    RCNumber TakeValue(RCScanner* scanner, RCBindings* bindings) {
+        if (fTree == nullptr) return fValue;
+        RCExpression* tree = fTree;
+        fTree = nullptr;
+        return evaluateReduced(scanner, bindings, tree);
+    }
+
+private:
+    RCExpression* fTree = nullptr;
+    RCNumber fValue;
+    bool fIsConstant = false;
+};
+
 void deleteArguments(int count, RCExpression** argv) {
     for (int i = 0; i < count; ++i) delete argv[i];
 }
@@ -97,6 +148,10 @@ RCByteString RCExpression::AsString() {
 }
 
 RCByteString const* RCExpression::StringValue() const {
+    return nullptr;
+}
+
+RCNumber const* RCExpression::LiteralValue() const {
     return nullptr;
 }
 
@@ -315,6 +370,10 @@ bool RCExpression_Number::IsNumber() const {
     return true;
 }
 
+RCNumber const* RCExpression_Number::LiteralValue() const {
+    return &fNumber;
+}
+
 RCExpression* RCExpression_Number::Reduce(RCScanner*, RCBindings*, bool& isConstant) const {
     isConstant = true;
     return Number(fNumber);
@@ -419,9 +478,10 @@ bool RCExpression_1::IsNumber() const {
 }
 
 RCExpression* RCExpression_1::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
-    RCExpression* operand = fOperand->Reduce(scanner, bindings, isConstant);
-    if (!isConstant) return new RCExpression_1(fOperator, operand);
-    return Number(evaluateUnary(scanner, fOperator, evaluateReduced(scanner, bindings, operand)));
+    ReducedOperand operand(fOperand, scanner, bindings);
+    isConstant = operand.IsConstant();
+    if (!isConstant) return new RCExpression_1(fOperator, operand.TakeTree());
+    return Number(evaluateUnary(scanner, fOperator, operand.TakeValue(scanner, bindings)));
 }
 
 RCNumber RCExpression_1::Evaluate(RCScanner* scanner, RCBindings* bindings) {
@@ -501,23 +561,20 @@ bool RCExpression_2::IsNumber() const {
 // of the walk, and so of its messages, is that of a recursive descent.
 RCExpression* RCExpression_2::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
     LeftSpine const spine(this);
-    bool leftConstant = false;
-    RCExpression* left = spine.Bottom()->Reduce(scanner, bindings, leftConstant);
+    ReducedOperand left(spine.Bottom(), scanner, bindings);
     for (std::size_t level = spine.Size(); level-- > 0;) {
         RCExpression_2 const* node = spine[level];
-        bool rightConstant = false;
-        RCExpression* right = node->fRight->Reduce(scanner, bindings, rightConstant);
-        if (!leftConstant || !rightConstant) {
-            left = new RCExpression_2(node->fOperator, left, right);
-            leftConstant = false;
+        ReducedOperand right(node->fRight, scanner, bindings);
+        if (!left.IsConstant() || !right.IsConstant()) {
+            left.Adopt(new RCExpression_2(node->fOperator, left.TakeTree(), right.TakeTree()));
             continue;
         }
-        RCNumber leftValue = evaluateReduced(scanner, bindings, left);
-        RCNumber rightValue = evaluateReduced(scanner, bindings, right);
-        left = Number(evaluateBinary(scanner, node->fOperator, leftValue, rightValue));
+        RCNumber leftValue = left.TakeValue(scanner, bindings);
+        RCNumber rightValue = right.TakeValue(scanner, bindings);
+        left.Hold(evaluateBinary(scanner, node->fOperator, leftValue, rightValue));
     }
-    isConstant = leftConstant;
-    return left;
+    isConstant = left.IsConstant();
+    return left.TakeTree();
 }
 
 RCNumber RCExpression_2::Evaluate(RCScanner* scanner, RCBindings* bindings) {

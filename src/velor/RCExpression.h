@@ -51,6 +51,9 @@ public:
     virtual RCByteString AsString();
     // The string of a string expression, which keeps it; null for every other expression.
     virtual RCByteString const* StringValue() const;
+    // The number of a number literal, which reduces to itself without a word; null for every
+    // other expression.
+    virtual RCNumber const* LiteralValue() const;
     virtual UniqueStruct* AsName();
     // A new tree owned by the caller; isConstant tells whether it can be evaluated now.
     virtual RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const = 0;
@@ -82,6 +85,7 @@ public:
     explicit RCExpression_Number(RCNumber const& number) : fNumber(number) {}
 
     bool IsNumber() const override;
+    RCNumber const* LiteralValue() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings) override;
     void WriteDescription(DataArea* area, int indent) override;
