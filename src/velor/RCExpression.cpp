@@ -3,8 +3,6 @@
 
 #include "RCExpression.h"
 
-#include <typeinfo>
-
 #include <cstring>
 #include <memory>
 #include <new>
@@ -152,6 +150,10 @@ RCByteString const* RCExpression::StringValue() const {
 }
 
 RCNumber const* RCExpression::LiteralValue() const {
+    return nullptr;
+}
+
+RCExpression_2* RCExpression::AsBinary() {
     return nullptr;
 }
 
@@ -499,11 +501,10 @@ void RCExpression_1::WriteDescription(DataArea* area, int indent) {
 
 namespace {
 
-// The node as a binary node, or null. The class is final, so comparing the dynamic type is exact,
-// and it is far cheaper than a cast that searches the hierarchy: this runs for every link of
-// every chain.
-RCExpression_2* AsBinary(RCExpression* node) {
-    return node != nullptr && typeid(*node) == typeid(RCExpression_2) ? static_cast<RCExpression_2*>(node) : nullptr;
+// The node as a binary node, or null. This runs for every link of every chain, so it is one
+// virtual call rather than a cast that searches the hierarchy or a comparison of type names.
+RCExpression_2* binaryOf(RCExpression* node) {
+    return node != nullptr ? node->AsBinary() : nullptr;
 }
 
 }  // namespace
@@ -514,13 +515,13 @@ RCExpression_2* AsBinary(RCExpression* node) {
 class RCExpression_2::LeftSpine {
 public:
     explicit LeftSpine(RCExpression_2 const* top) : fNodes(fInline), fSize(1), fBottom(top->fLeft.GetRep()) {
-        for (RCExpression* left = fBottom; auto const* link = AsBinary(left); left = link->fLeft.GetRep()) ++fSize;
+        for (RCExpression* left = fBottom; auto const* link = binaryOf(left); left = link->fLeft.GetRep()) ++fSize;
         if (fSize > kInlineNodes) {
             fHeap = std::make_unique<RCExpression_2 const*[]>(fSize);
             fNodes = fHeap.get();
         }
         fNodes[0] = top;
-        for (std::size_t i = 1; i < fSize; ++i) fNodes[i] = AsBinary(fNodes[i - 1]->fLeft.GetRep());
+        for (std::size_t i = 1; i < fSize; ++i) fNodes[i] = binaryOf(fNodes[i - 1]->fLeft.GetRep());
         fBottom = fNodes[fSize - 1]->fLeft.GetRep();
     }
     LeftSpine(LeftSpine const&) = delete;
@@ -540,10 +541,14 @@ private:
     RCExpression* fBottom;
 };
 
+RCExpression_2* RCExpression_2::AsBinary() {
+    return this;
+}
+
 RCExpression_2::~RCExpression_2() {
     // Each link is unhooked from the chain before it goes, so no destructor recurses down it.
     RCExpression* next = fLeft.Release();
-    while (auto* link = AsBinary(next)) {
+    while (auto* link = binaryOf(next)) {
         next = link->fLeft.Release();
         delete link;
     }

@@ -22,6 +22,7 @@ class DataArea;
 class RCArray;
 class RCArrayLabel;
 class RCBindings;
+class RCExpression_2;
 class RCScanner;
 class RCValueCell;
 struct UniqueStruct;
@@ -54,6 +55,8 @@ public:
     // The number of a number literal, which reduces to itself without a word; null for every
     // other expression.
     virtual RCNumber const* LiteralValue() const;
+    // The node as a binary operator, or null.
+    virtual RCExpression_2* AsBinary();
     virtual UniqueStruct* AsName();
     // A new tree owned by the caller; isConstant tells whether it can be evaluated now.
     virtual RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const = 0;
@@ -183,6 +186,7 @@ public:
     RCExpression_2(int op, RCExpression* left, RCExpression* right) : fOperator(op), fLeft(left), fRight(right) {}
     ~RCExpression_2() override;
 
+    RCExpression_2* AsBinary() override;
     bool IsNumber() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings) override;
