@@ -75,14 +75,11 @@ long DataArea::Assign(DataArea const* other) {
     return 0;
 }
 
-// Growth is counted from the cursor: a step of fIncrement beyond it when the request fits in a
-// step, else exactly what is wanted. A block that can't grow in place is replaced by a copy.
+// Growth beyond the block is counted from the cursor: a step of fIncrement beyond it when the
+// request fits in a step, else exactly what is wanted. A block that can't grow in place is
+// replaced by a copy.
 uint64_t DataArea::PrivateRequire(uint64_t n) {
     uint64_t const want = fCursor + n;
-    if (want <= fAllocated) {
-        fSize = want;
-        return n;
-    }
     bool const stepSuffices = n <= fIncrement;
     uint64_t asked = 0;
     long err = kMemFullErr;

@@ -29,7 +29,12 @@ public:
     // Makes n bytes writable behind the cursor; they count as data from then on. Returns the
     // bytes between cursor and end of data, or 0 when memory ran out.
     uint64_t Require(uint64_t n) {
-        if (fCursor + n <= fSize) return fSize - fCursor;
+        uint64_t const want = fCursor + n;
+        if (want <= fSize) return fSize - fCursor;
+        if (want <= fAllocated) {
+            fSize = want;
+            return n;
+        }
         return PrivateRequire(n);
     }
     // Overwrites n bytes at the cursor and moves past them; returns n, or 0 when out of memory.
