@@ -5,6 +5,8 @@
 // the end of the type instance. RCNamedArrayLabel ties such a table to the label's name.
 #pragma once
 
+#include <cstddef>
+
 #include "RCAlloc.h"
 
 struct UniqueStruct;
@@ -53,6 +55,7 @@ public:
 
 private:
     void GrowToHold(long index);
+    static std::size_t TableBytes(long capacity);
     void AppendUpTo(long index);
     // Reports "too few indices" when the node still has a table under it.
     static bool IsLeaf(RCScanner* scanner, UniqueStruct* name, RCArrayLabel const* node);
