@@ -180,37 +180,45 @@ TEST_F(RCExpressionTest, ReduceLeavesTheParsedTreeForTheNextResource) {
     }
 }
 
+// Parses a text and reduces it inside a type instance, keeping the reduced tree and the messages
+// of the reduction.
+class RCReduction {
+public:
+    explicit RCReduction(char const* text) : fScanner(text), fBindings(fScanner) {
+        RCPtr<RCExpression> expression(RCExpression::ParseExpression(fScanner, -1));
+        EXPECT_TRUE(expression) << text;
+        if (!expression) return;
+        RCCapturedMessages messages;
+        fReduced = expression->Reduce(fScanner, fBindings.get(), fIsConstant);
+        fMessages = messages.Text();
+    }
+
+    RCTestScanner fScanner;
+    RCTestBindings fBindings;
+    RCPtr<RCExpression> fReduced;
+    bool fIsConstant = false;
+    std::string fMessages;
+};
+
 // Folding holds literals as values, but a constant that is not a literal is still evaluated where
 // its fold happens: after everything on its right was reduced.
-TEST_F(RCExpressionTest, FoldingKeepsTheOrderOfMessages) {
-    RCTestScanner scanner("\"a\" + 1.5 % 2 ? 1 : 2");
-    RCTestBindings bindings(scanner);
-    RCPtr<RCExpression> expression(RCExpression::ParseExpression(scanner, -1));
-    ASSERT_TRUE(expression);
-    RCCapturedMessages messages;
-    bool isConstant = false;
-    RCPtr<RCExpression> reduced(expression->Reduce(scanner, bindings.get(), isConstant));
-    std::string text = messages.Text();
-    std::size_t floatMessage = text.find("Operator '%' cannot be used with floating point values");
-    std::size_t numericMessage = text.find("Expression must be numeric.");
+TEST(RCExpressionFolding, KeepsTheOrderOfMessages) {
+    RCReduction reduction("\"a\" + 1.5 % 2 ? 1 : 2");
+    std::size_t floatMessage = reduction.fMessages.find("Operator '%' cannot be used with floating point values");
+    std::size_t numericMessage = reduction.fMessages.find("Expression must be numeric.");
     ASSERT_NE(floatMessage, std::string::npos);
     ASSERT_NE(numericMessage, std::string::npos);
     EXPECT_LT(floatMessage, numericMessage);
 }
 
 // Literals around a value not known yet stay in the reduced tree and count when it is evaluated.
-TEST_F(RCExpressionTest, AChainWithAnUnknownPartKeepsItsLiterals) {
-    RCTestScanner scanner("1 + later * 2 + 3");
-    RCTestBindings bindings(scanner);
-    RCPtr<RCExpression> expression(RCExpression::ParseExpression(scanner, -1));
-    ASSERT_TRUE(expression);
-    RCCapturedMessages messages;
-    bool isConstant = true;
-    RCPtr<RCExpression> reduced(expression->Reduce(scanner, bindings.get(), isConstant));
-    EXPECT_FALSE(isConstant);
-    EXPECT_NE(messages.Text().find("Undefined name 'later'."), std::string::npos);
-    bindings->LookupValue(uniqueOf("later"))->SetValue(RCNumber(10L));
-    EXPECT_EQ(reduced->Evaluate(scanner, bindings.get()).AsInteger(), 24);
+TEST(RCExpressionFolding, KeepsTheLiteralsBesideAnUnknownPart) {
+    RCReduction reduction("1 + later * 2 + 3");
+    ASSERT_TRUE(reduction.fReduced);
+    EXPECT_FALSE(reduction.fIsConstant);
+    EXPECT_NE(reduction.fMessages.find("Undefined name 'later'."), std::string::npos);
+    reduction.fBindings->LookupValue(uniqueOf("later"))->SetValue(RCNumber(10L));
+    EXPECT_EQ(reduction.fReduced->Evaluate(reduction.fScanner, reduction.fBindings.get()).AsInteger(), 24);
 }
 
 TEST_F(RCExpressionTest, ANameWithoutBindingsFrameIsUndefined) {
