@@ -418,7 +418,6 @@ RCValueCell* RCBindings::LookupValue(UniqueStruct* name) {
     if (RCValueCell* cell = fDef->LookupLabel(name)) return cell;
     if (RCValueCell* cell = fDef->LookupAuto(name)) return cell;
     if (RCValueCell* cell = fDef->LookupStatic(name)) return cell;
-    if (RCValueCell* cell = fDef->LookupLabel(name)) return cell;
     return fDef->LookupUnknown(name);
 }
 
