@@ -14,11 +14,9 @@ namespace {
 constexpr int kLF = 10;
 constexpr int kCR = 13;
 constexpr int kBackslash = '\\';
-constexpr int kMacRomanNoBreakSpace = 202;
 
-bool isDecimalDigit(int c) { return c >= '0' && c <= '9'; }
-bool isBinaryDigit(int c) { return c == '0' || c == '1'; }
-bool isHexDigit(int c) { return isDecimalDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
+bool isDecimalDigit(int c) { return inCharClass(c, kPPChar_Decimal); }
+bool isHexDigit(int c) { return inCharClass(c, kPPChar_Hex); }
 bool isExponentMark(int c) { return c == 'e' || c == 'E'; }
 bool isDoubleByteLanguage() { return gCurrentLanguage >= 1 && gCurrentLanguage <= 4; }
 
@@ -77,18 +75,6 @@ int badNumber(int* error) {
 
 } // namespace
 
-bool isEOL(int c) { return c == kLF || c == kCR; }
-
-// The blanks of the C locale without the line ends, tested directly: this runs for every byte
-// between tokens, and the locale's table would cost a call each time.
-bool iswhite(int c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f' || c == kMacRomanNoBreakSpace; }
-
-bool isident(int c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '$'; }
-
-bool isodigit(int c) { return c >= '0' && c <= '7'; }
-
-bool isidentchar(int c) { return isident(c) || isDecimalDigit(c); }
-
 int letterEscapeValue(int letter) {
     switch (letter) {
     case 'a': return 7;
@@ -102,8 +88,12 @@ int letterEscapeValue(int letter) {
     }
 }
 
+bool IsDoubleByteToken(int token) {
+    return token == kPPScan_DBString || token == kPPScan_DBHexString || token == kPPScan_DBChar;
+}
+
 bool IsLeadingByte(int byte, int token) {
-    if (token != kPPScan_DBString && token != kPPScan_DBHexString && token != kPPScan_DBChar)
+    if (!IsDoubleByteToken(token))
         return false;
     switch (gCurrentLanguage) {
     case 2: return byte >= 0xA1 && byte <= 0xFC;
@@ -183,15 +173,29 @@ int PP_CScanner::CookedGetChar() {
     return c;
 }
 
-void PP_CScanner::SkipWhile(bool (*inClass)(int)) {
-    while (inClass(CookedPeekChar()))
+// Takes characters while they are in one of `classes`, which hold no line end. Such a character
+// is one raw byte that PrivSkipChar would just step over, so a run of them is taken by a tight
+// loop over the raw bytes. The loop stops at a backslash, behind which a continuation may hide
+// more of the run: there the cooked peek decides, as it does for every character on the slow path.
+void PP_CScanner::SkipRun(unsigned char classes) {
+    for (;;) {
+        char const* const start = fInput->GetReadPtr();
+        char const* const end = fInput->GetEndPtr();
+        char const* p = start;
+        while (p != end && inCharClass(static_cast<unsigned char>(*p), classes))
+            ++p;
+        fInput->SkipTo(p);
+        fCharPos += static_cast<unsigned long>(p - start);
+        if (p == end || *p != kBackslash || !inCharClass(PrivPeekChar(), classes))
+            return;
         PrivSkipChar();
+    }
 }
 
 bool PP_CScanner::SkipBlanksToEOL() {
     if (!iswhite(CookedPeekChar()))
         return false;
-    SkipWhile(iswhite);
+    SkipRun(kPPChar_Blank);
     return true;
 }
 
@@ -224,7 +228,9 @@ int PP_CScanner::GetNextToken(int* error) {
     if (c == -1)
         return kPPScan_EOF;
     if (isEOL(c)) {
-        SkipWhile(isEOL);
+        do
+            PrivSkipChar();
+        while (isEOL(CookedPeekChar()));
         return kPPScan_EOL;
     }
     return PrivNextToken(c, error);
@@ -242,6 +248,8 @@ int PP_CScanner::PrivNextToken(int c, int* error) {
 
 // Identifiers, `$` hexadecimal numbers and the literals with an L, J or $ prefix.
 int PP_CScanner::PrivPrefixedToken(int c, int* error) {
+    if (c != '$' && c != 'L' && c != 'l' && c != 'J' && c != 'j')
+        return PrivIdentifier();
     bool const doubleByte = isDoubleByteLanguage();
     int next = PrivSkipAndPeek();
     switch (c) {
@@ -255,7 +263,7 @@ int PP_CScanner::PrivPrefixedToken(int c, int* error) {
             return PrivIdentifier();
         }
         if (isHexDigit(next)) {
-            SkipWhile(isHexDigit);
+            SkipRun(kPPChar_Hex);
             return kPPScan_DollarHex;
         }
         return PrivIdentifier();
@@ -275,16 +283,22 @@ int PP_CScanner::PrivPrefixedToken(int c, int* error) {
 }
 
 int PP_CScanner::PrivIdentifier() {
-    SkipWhile(isidentchar);
+    SkipRun(kPPChar_Ident);
     return kPPScan_Ident;
 }
 
 // The cursor is on the opening quote. A lead byte of a double-byte literal takes its trail
-// byte with it unseen, so that a trail byte equal to a quote or backslash ends nothing.
+// byte with it unseen, so that a trail byte equal to a quote or backslash ends nothing. Outside
+// double-byte literals a run of bytes that can end nothing is taken at once.
 int PP_CScanner::PrivLiteral(int quote, int token, int* error) {
+    bool const plainRuns = !IsDoubleByteToken(token);
+    PrivSkipChar();
     for (;;) {
-        int c = PrivSkipAndPeek();
+        if (plainRuns)
+            SkipRun(kPPChar_LiteralPlain);
+        int c = CookedPeekChar();
         if (IsLeadingByte(c & 255, token)) {
+            PrivSkipChar();
             PrivSkipChar();
             continue;
         }
@@ -296,22 +310,20 @@ int PP_CScanner::PrivLiteral(int quote, int token, int* error) {
             PrivSkipChar();
             if (isEOL(RawPeekChar()))
                 fHasContinuation = true;
-            continue;
-        }
-        if (isEOL(c)) {
+        } else if (isEOL(c)) {
             *error = kPPErr_EOLInString;
             return token;
-        }
-        if (c == quote) {
+        } else if (c == quote) {
             PrivSkipChar();
             return token;
         }
+        PrivSkipChar();
     }
 }
 
 int PP_CScanner::PrivNumber(int c, int* error) {
     if (c != '0') {
-        SkipWhile(isDecimalDigit);
+        SkipRun(kPPChar_Decimal);
         int next = CookedPeekChar();
         if (next == '.')
             return PrivFraction(error);
@@ -321,11 +333,11 @@ int PP_CScanner::PrivNumber(int c, int* error) {
     }
     int next = PrivSkipAndPeek();
     if (next == 'x' || next == 'X')
-        return PrivRadixNumber(isHexDigit, kPPScan_Hex, error);
+        return PrivRadixNumber(kPPChar_Hex, kPPScan_Hex, error);
     if (next == 'b' || next == 'B')
-        return PrivRadixNumber(isBinaryDigit, kPPScan_Binary, error);
+        return PrivRadixNumber(kPPChar_Binary, kPPScan_Binary, error);
     if (isodigit(next)) {
-        SkipWhile(isodigit);
+        SkipRun(kPPChar_Octal);
         next = CookedPeekChar();
         if (next != '.' && !isExponentMark(next))
             return PrivFixedSuffix(kPPScan_Octal, error);
@@ -338,12 +350,12 @@ int PP_CScanner::PrivNumber(int c, int* error) {
 }
 
 // The cursor is on the x or b of the prefix.
-int PP_CScanner::PrivRadixNumber(bool (*isDigit)(int), int token, int* error) {
-    if (!isDigit(PrivSkipAndPeek())) {
+int PP_CScanner::PrivRadixNumber(unsigned char digitClass, int token, int* error) {
+    if (!inCharClass(PrivSkipAndPeek(), digitClass)) {
         *error = kPPErr_HexWithoutDigits;
         return kPPScan_None;
     }
-    SkipWhile(isDigit);
+    SkipRun(digitClass);
     return PrivFixedSuffix(token, error);
 }
 
@@ -366,7 +378,7 @@ int PP_CScanner::PrivFixedSuffix(int token, int* error) {
 // The cursor is on the decimal point, or on the first digit behind a point already taken.
 int PP_CScanner::PrivFraction(int* error) {
     PrivSkipChar();
-    SkipWhile(isDecimalDigit);
+    SkipRun(kPPChar_Decimal);
     if (isExponentMark(CookedPeekChar()))
         return PrivExponent(error);
     return PrivFloatSuffix(error);
@@ -379,7 +391,7 @@ int PP_CScanner::PrivExponent(int* error) {
         c = PrivSkipAndPeek();
     if (!isDecimalDigit(c))
         return badNumber(error);
-    SkipWhile(isDecimalDigit);
+    SkipRun(kPPChar_Decimal);
     return PrivFloatSuffix(error);
 }
 

@@ -3,6 +3,7 @@
 #ifndef PPSCAN_H
 #define PPSCAN_H
 
+#include "PPCharClass.h"
 #include "PPText.h"
 
 // Token numbers of the character scanner. The resource language's keywords continue them from
@@ -91,16 +92,18 @@ enum PP_TokenType {
 extern int gCurrentLanguage;
 
 // Character classes; each takes -1 (end of input) and answers false for it.
-bool isEOL(int c);
-bool iswhite(int c);
-bool isident(int c);
-bool isodigit(int c);
+inline bool isEOL(int c) { return inCharClass(c, kPPChar_EOL); }
+inline bool iswhite(int c) { return inCharClass(c, kPPChar_Blank); }
+inline bool isident(int c) { return inCharClass(c, kPPChar_IdentStart); }
+inline bool isodigit(int c) { return inCharClass(c, kPPChar_Octal); }
 // A character that may stand inside an identifier: an identifier start or a digit.
-bool isidentchar(int c);
+inline bool isidentchar(int c) { return inCharClass(c, kPPChar_Ident); }
 
 // The value of a one-letter escape (\a \b \f \n \r \t \v), or -1 for any other character.
 int letterEscapeValue(int letter);
 
+// Whether a literal of the given token type is read as double-byte text.
+bool IsDoubleByteToken(int token);
 // Whether `byte` starts a double-byte character in a literal of the given token type.
 bool IsLeadingByte(int byte, int token);
 
@@ -146,13 +149,13 @@ private:
     void PrivSkipChar();
     int PrivPeekChar();
     int PrivSkipAndPeek();
-    void SkipWhile(bool (*inClass)(int));
+    void SkipRun(unsigned char classes);
     int PrivNextToken(int c, int* error);
     int PrivPrefixedToken(int c, int* error);
     int PrivIdentifier();
     int PrivLiteral(int quote, int token, int* error);
     int PrivNumber(int c, int* error);
-    int PrivRadixNumber(bool (*isDigit)(int), int token, int* error);
+    int PrivRadixNumber(unsigned char digitClass, int token, int* error);
     int PrivPunctuation(int c, int* error);
     int PrivFixedSuffix(int token, int* error);
     int PrivFraction(int* error);
