@@ -42,11 +42,20 @@ PP_CPP::~PP_CPP() {
     fMemory->ReleaseTemp();
 }
 
+int PP_CPP::GetNextToken(int* error, bool keepSpace) {
+    for (;;) {
+        ++fTokenCount;
+        if (InSourceText())
+            fStartingLineno = fScanner.GetLineno();
+        int token = NextSurvivingToken(error);
+        if (keepSpace || *error != 0 || !isSpaceToken(token))
+            return token;
+    }
+}
+
 // Directives and the ends of inputs never reach the caller, except the end of the last input.
-int PP_CPP::GetNextToken(int* error) {
-    ++fTokenCount;
-    if (InSourceText())
-        fStartingLineno = fScanner.GetLineno();
+// Only a token of its own can begin with the no-expand mark, and such a token is dropped.
+inline int PP_CPP::NextSurvivingToken(int* error) {
     for (;;) {
         int token;
         if (CanCopyTokens()) {
@@ -77,10 +86,12 @@ int PP_CPP::GetNextToken(int* error) {
             }
             fAtLineStart = false;
             break;
-        default:
+        case kPPScan_Other:
             fAtLineStart = false;
             if (beginsWithNoExpandMark(GetTokenText()))
                 continue;
+            break;
+        default: fAtLineStart = false;
         }
         if (CanCopyTokens())
             return token;

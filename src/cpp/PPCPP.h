@@ -36,7 +36,10 @@ public:
     // A subclass pops all inputs before this runs.
     virtual ~PP_CPP();
 
-    virtual int GetNextToken(int* error);
+    // The next token that survives directives and skipped text. Without `keepSpace`, white space,
+    // comments and line ends are read past here, each one still counted as a request of its own,
+    // as though the caller had asked for it and dropped it.
+    int GetNextToken(int* error, bool keepSpace = true);
     virtual void DoIncludeLine(char* line) = 0;
     virtual void DoPragmaLine();
     virtual void DoErrorLine(char* line);
@@ -78,7 +81,8 @@ protected:
     void SetIfState(IfState state) { fIfStates[fIfDepth] = state; }
     void PopIfState() { --fIfDepth; }
 
-    void DoPreprocessorLine();
+    // Kept out of the token loop, whose frame stays small that way.
+    [[gnu::noinline]] void DoPreprocessorLine();
     void DoIf(int kind);
     void DoElif();
     void DoElse();
@@ -102,6 +106,7 @@ protected:
 private:
     static constexpr int kMaxIfDepth = 31;
 
+    int NextSurvivingToken(int* error);
     void ReadExpandedTokens(PP_CWriterHelper& out, int* conditionError);
     void ReadDefinedOperand(PP_CWriterHelper& out, int* error);
     PP_CInput const* NearestFileBelowTop() const;

@@ -24,10 +24,6 @@ constexpr int kMaxExpansionDepth = 256;
 // So the bytes that expansion scans and copies are counted against a budget for the file (see
 // fgExpansionAllowance).
 
-bool isSpaceToken(int token) {
-    return token == kPPScan_EOL || token == kPPScan_White || token == kPPScan_Comment;
-}
-
 bool isWord(PP_CTextReader text, char const* word) {
     unsigned long length = std::strlen(word);
     return text.Readable() == length && std::memcmp(text.GetReadPtr(), word, length) == 0;
@@ -87,10 +83,10 @@ PP_CPPHelper::PP_CPPHelper(PP_CPP* pp, PP_CMemoryManager* memory, PP_CMacroTable
 
 PP_CPPHelper::~PP_CPPHelper() { fMemory->FreePerm(fScratch.GetStart()); }
 
-int PP_CPPHelper::GetCookedToken(int* error) {
-    for (;;) {
-        int token = GetRawToken(error);
-        if (*error != 0 || token != kPPScan_Ident || fExpansionStopped || CookedPeekChar() == kPP_MacroNoExpand)
+int PP_CPPHelper::ExpandIdentifier(int* error) {
+    int token = kPPScan_Ident;
+    do {
+        if (CookedPeekChar() == kPP_MacroNoExpand)
             return token;
         PP_CTextReader name = GetTokenText();
         PP_MacroBody* body = fMacroTable->LookupMacro(name.GetReadPtr(), name.Readable());
@@ -111,9 +107,11 @@ int PP_CPPHelper::GetCookedToken(int* error) {
         PP_CInput* input = fMemory->AllocInput(copy, text.Readable());
         input->fMacroLink = link;
         fPP->PushInput(input);
+        token = GetRawToken(error);
         if (!expanded)
-            return GetRawToken(error);
-    }
+            return token;
+    } while (MayCallMacro(token, *error));
+    return token;
 }
 
 bool PP_CPPHelper::HasBeenExpanded(PP_MacroBody* body, PP_MacroLink* link) {

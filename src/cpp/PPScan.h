@@ -99,6 +99,11 @@ inline bool isodigit(int c) { return inCharClass(c, kPPChar_Octal); }
 // A character that may stand inside an identifier: an identifier start or a digit.
 inline bool isidentchar(int c) { return inCharClass(c, kPPChar_Ident); }
 
+// White space, comments and line ends: the tokens that only separate others.
+inline bool isSpaceToken(int token) {
+    return token == kPPScan_EOL || token == kPPScan_White || token == kPPScan_Comment;
+}
+
 // The value of a one-letter escape (\a \b \f \n \r \t \v), or -1 for any other character.
 int letterEscapeValue(int letter);
 

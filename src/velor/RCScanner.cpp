@@ -109,14 +109,11 @@ RCScanner::~RCScanner() {
 // ---- Tokens ----
 
 int RCScanner::NextToken() {
-    for (;;) {
-        int error = 0;
-        fTokenType = GetNextToken(&error);
-        if (error != 0) {
-            Error(error, 0);
-            fTokenType = kPPScan_None;
-        }
-        if (fTokenType != kPPScan_EOL && fTokenType != kPPScan_White && fTokenType != kPPScan_Comment) break;
+    int error = 0;
+    fTokenType = GetNextToken(&error, false);
+    if (error != 0) {
+        Error(error, 0);
+        fTokenType = kPPScan_None;
     }
     // The last input is already released when its end is reported, so the end token has no text.
     fTokenText = fTokenType == kPPScan_EOF ? PP_CTextReader() : GetTokenText();
