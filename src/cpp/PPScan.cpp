@@ -222,9 +222,11 @@ int PP_CScanner::GetNextToken(int* error) {
     fTokenStart = fInput->GetReadPtr();
     fHasContinuation = false;
     *error = 0;
-    if (SkipBlanksToEOL())
-        return kPPScan_White;
     int c = CookedPeekChar();
+    if (iswhite(c)) {
+        SkipRun(kPPChar_Blank);
+        return kPPScan_White;
+    }
     if (c == -1)
         return kPPScan_EOF;
     if (isEOL(c)) {

@@ -312,9 +312,12 @@ char* RCScanner::ReadWholeFile(char const* path, unsigned long& size) {
     return buffer;
 }
 
+// Runs whenever an input is popped back to a file, mostly with the name unchanged.
 void RCScanner::FollowTopFilename() {
+    char const* name = GetFileInfo(fInputSrc)->fCurrentFilename;
+    if (fFilename != nullptr && std::strcmp(fFilename, name) == 0) return;
     fMemory->FreeStringPerm(fFilename);
-    fFilename = fMemory->SaveStringPerm(GetFileInfo(fInputSrc)->fCurrentFilename);
+    fFilename = fMemory->SaveStringPerm(name);
 }
 
 void RCScanner::PushInput(PP_CInput* input) {
