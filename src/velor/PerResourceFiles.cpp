@@ -26,6 +26,8 @@ constexpr char kSourceRecordName[] = "vdFilePath";
 constexpr char kSourceRecordTemporaryName[] = "vdFilePath.new.vlbk";
 constexpr char kTimestampName[] = "timestamp.vlbk";
 constexpr char kResourceSuffix[] = ".vlbk";
+// Far below the usual limit of 1024 descriptors, and above the types of most descriptions.
+constexpr size_t kMaxOpenTypeFolders = 64;
 // Characters that split or quote a word in an unquoted list of file names.
 constexpr char kListBreakers[] = " \t\n\v\f\r'\"\\";
 
@@ -164,18 +166,20 @@ void PerResourceFiles::CheckAndRecordSource() {
     if (fRecordWritten) fRecord = RecordReadBack(current);
 }
 
-// Each type folder is made once per run, and the folder of the latest type stays open, as
-// resources mostly come in runs of one type.
+// Each type folder is made once per run and opened once while it stays among the open ones:
+// resources of a few types interleave, and reopening a folder for every file would double the
+// calls a file costs. The descriptors are bounded, so that a run over thousands of types stays
+// within the process's limit; past the bound all are closed and the set starts again.
 OpenFolder const& PerResourceFiles::TypeFolder(std::string const& type) {
-    if (fTypeFolder && fTypeFolderName == type) return *fTypeFolder;
+    auto open = fOpenTypeFolders.find(type);
+    if (open != fOpenTypeFolders.end()) return *open->second;
     std::string path = *fFolder + "/vlbk_" + type;
     if (fMadeTypeFolders.insert(type).second) {
         std::error_code ignored;
         fs::create_directory(path, ignored);
     }
-    fTypeFolderName = type;
-    fTypeFolder.emplace(path);
-    return *fTypeFolder;
+    if (fOpenTypeFolders.size() == kMaxOpenTypeFolders) fOpenTypeFolders.clear();
+    return *fOpenTypeFolders.emplace(type, std::make_unique<OpenFolder>(path)).first->second;
 }
 
 int PerResourceFiles::CreateResourceFile(RCResource const* resource) {

@@ -1,8 +1,10 @@
 // The per-resource files beside the -o output, and the record of the source file they came from.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "OutputFiles.h"
@@ -49,8 +51,8 @@ private:
     bool fRecordKnown = false;
     bool fRecordWritten = false;
     std::unordered_set<std::string> fMadeTypeFolders;
-    std::string fTypeFolderName;
-    std::optional<OpenFolder> fTypeFolder;
+    // The type folders held open, by type; at most kMaxOpenTypeFolders at a time.
+    std::unordered_map<std::string, std::unique_ptr<OpenFolder>> fOpenTypeFolders;
 };
 
 // Records the first input file as the source of folder; false when that failed, which passes in
