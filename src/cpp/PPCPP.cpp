@@ -47,6 +47,10 @@ int PP_CPP::GetNextToken(int* error, bool keepSpace) {
         ++fTokenCount;
         if (InSourceText())
             fStartingLineno = fScanner.GetLineno();
+        // Blanks in copied text would come back unchanged through every layer as a white space
+        // token, so a caller that drops them has them taken right here.
+        if (!keepSpace && CanCopyTokens() && fScanner.SkipPlainBlanks())
+            continue;
         int token = NextSurvivingToken(error);
         if (keepSpace || *error != 0 || !isSpaceToken(token))
             return token;

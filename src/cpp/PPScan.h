@@ -138,6 +138,14 @@ public:
     int CookedGetChar();
     void SkipChar() { CookedGetChar(); }
     bool SkipBlanksToEOL();
+    // The same for blanks that begin right at the cursor, where no continuation comes first: the
+    // white space token that GetNextToken would read there.
+    bool SkipPlainBlanks() {
+        if (!iswhite(RawPeekChar()))
+            return false;
+        SkipRun(kPPChar_Blank);
+        return true;
+    }
     bool SkipComment();
     void IncrLineno() {
         fCharPos = 0;
