@@ -505,13 +505,6 @@ void PP_CScanner::PrivSkipComment(int opener) {
     }
 }
 
-PP_CTextReader PP_CScanner::GetTokenText() {
-    unsigned long size = static_cast<unsigned long>(fInput->GetReadPtr() - fTokenStart);
-    if (!fHasContinuation)
-        return PP_CTextReader(fTokenStart, size);
-    return CookTokenText(size);
-}
-
 // Copies the token without its backslash-newline pairs into the cook buffer, which only grows.
 PP_CTextReader PP_CScanner::CookTokenText(unsigned long size) {
     if (fCookBufferSize < size) {

@@ -127,7 +127,10 @@ public:
     // `*error` is 0, or an index of the preprocessor's message table for bad text.
     int GetNextToken(int* error);
     // The current token's text with continuation lines removed.
-    PP_CTextReader GetTokenText();
+    PP_CTextReader GetTokenText() {
+        unsigned long size = static_cast<unsigned long>(fInput->GetReadPtr() - fTokenStart);
+        return fHasContinuation ? CookTokenText(size) : PP_CTextReader(fTokenStart, size);
+    }
     // Whether that text is a copy with continuation lines removed rather than the input itself.
     bool TokenTextIsCooked() const { return fHasContinuation; }
 
