@@ -43,6 +43,21 @@ void addToken(PP_CExpansionBuilder& out, PP_CScanner& scanner, PP_CExpansionText
         out.AddStretch(source, scanner.GetTokenText());
 }
 
+// Whether prepared object-like text expands to itself: expansion copies it token by token, and
+// with no identifier among them and no continuation to remove, the copy is the text.
+bool expandsToItself(char const* text) {
+    PP_CTextReader reader(text, std::strlen(text));
+    PP_CScanner scanner(&reader);
+    for (;;) {
+        int error;
+        int token = scanner.GetNextToken(&error);
+        if (token == kPPScan_EOF)
+            return true;
+        if (token == kPPScan_Ident || scanner.TokenTextIsCooked())
+            return false;
+    }
+}
+
 // Reads the index byte behind a kPP_MacroParam. A NUL there ends the text and is not passed.
 unsigned paramIndex(char const*& textPtr, PP_MacroBody const* aMacroBody) {
     unsigned char indexByte = static_cast<unsigned char>(*textPtr);
@@ -183,16 +198,21 @@ PP_CExpansionText PP_CPPHelper::ExpandSpecialMacro(PP_MacroBody* body, PP_MacroL
 }
 
 PP_CExpansionText PP_CPPHelper::ExpandObjectMacro(PP_MacroBody* body, PP_MacroLink* link) {
-    PP_CTextReader text(body->fMacroText, std::strlen(body->fMacroText));
-    return ExpandMacroText(PP_CExpansionText::Stable(text), PP_MacroLink::Alloc(fMemory, body, link));
+    using SelfExpansion = PP_MacroBody::SelfExpansion;
+    PP_CExpansionText const text = PP_CExpansionText::Stable(PP_CTextReader(body->fMacroText, std::strlen(body->fMacroText)));
+    if (body->fSelfExpansion == SelfExpansion::kUnknown)
+        body->fSelfExpansion = expandsToItself(body->fMacroText) ? SelfExpansion::kYes : SelfExpansion::kNo;
+    if (body->fSelfExpansion == SelfExpansion::kNo)
+        return ExpandMacroText(text, PP_MacroLink::Alloc(fMemory, body, link));
+    // What the scan would have cost is charged all the same.
+    EnterExpansion(text.Reader().Readable());
+    return text;
 }
 
 // Expands every macro in `text`. An identifier of a macro that is in the chain gets the
 // no-expand mark behind it, so that it is never expanded again in whatever text it reaches.
 PP_CExpansionText PP_CPPHelper::ExpandMacroText(PP_CExpansionText const& text, PP_MacroLink* link) {
-    if (fExpansionDepth == kMaxExpansionDepth)
-        StopExpansion();
-    ChargeExpansion(text.Reader().Readable());
+    EnterExpansion(text.Reader().Readable());
     ++fExpansionDepth;
     PP_CUseTempMem inUse(fMemory);
     PP_CTextReader reader = text.Reader();
@@ -222,6 +242,12 @@ PP_CExpansionText PP_CPPHelper::ExpandMacroText(PP_CExpansionText const& text, P
     }
     --fExpansionDepth;
     return out.Take();
+}
+
+void PP_CPPHelper::EnterExpansion(unsigned long bytes) {
+    if (fExpansionDepth == kMaxExpansionDepth)
+        StopExpansion();
+    ChargeExpansion(bytes);
 }
 
 void PP_CPPHelper::StopExpansion() {

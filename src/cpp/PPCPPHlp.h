@@ -77,6 +77,8 @@ private:
     PP_CExpansionText NameStandingForItself(PP_MacroBody* body, bool sawSpace);
     void PasteActual(PP_CExpansionBuilder& out, PP_CExpansionText const& actual);
     char* CopyToScratch(PP_CTextReader text);
+    // The checks at the start of an expansion of `bytes` of text: the depth and the budget.
+    void EnterExpansion(unsigned long bytes);
     // Reports "expression too complex" once and expands no macro of the file from then on.
     void StopExpansion();
     // Counts bytes scanned or copied by expansion, and stops it once the budget is spent.

@@ -26,6 +26,7 @@ void PP_MacroBody::Undefine(PP_CMemoryManager* memory) {
     fFormals = nullptr;
     fMacroText = nullptr;
     fParamCount = -1;
+    fSelfExpansion = SelfExpansion::kUnknown;
 }
 
 void PP_MacroBody::Destroy(PP_CMemoryManager* memory) {

@@ -42,6 +42,10 @@ struct PP_MacroBody {
     short fParamCount = -1;      // -1: no parameter list
     PP_MacroType fMacroType;
     bool fCanRedefine;
+    // Whether object-like text expands to itself, so that expansion need not scan it: found out
+    // at the first expansion of each definition.
+    enum class SelfExpansion : unsigned char { kUnknown, kYes, kNo };
+    SelfExpansion fSelfExpansion = SelfExpansion::kUnknown;
 };
 
 struct PP_MacroEntry {
