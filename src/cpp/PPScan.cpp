@@ -11,9 +11,6 @@ int gCurrentLanguage = 0;
 
 namespace {
 
-constexpr int kLF = 10;
-constexpr int kCR = 13;
-constexpr int kBackslash = '\\';
 
 bool isDecimalDigit(int c) { return inCharClass(c, kPPChar_Decimal); }
 bool isHexDigit(int c) { return inCharClass(c, kPPChar_Hex); }
@@ -108,26 +105,10 @@ PP_CScanner::PP_CScanner(PP_CTextReader* input)
 
 PP_CScanner::~PP_CScanner() { delete[] fCookBuffer; }
 
-int PP_CScanner::RawGetChar() {
-    if (fInput->IsEOF())
-        return -1;
-    ++fCharPos;
-    return fInput->GetChar();
-}
-
 void PP_CScanner::RawUnGetChar() {
     fInput->UnGetChar();
     --fCharPos;
     VELOR_ASSERT(!isEOL(RawPeekChar()));
-}
-
-// Consumes one byte. CR, LF and CR LF each count as one line end.
-void PP_CScanner::PrivSkipChar() {
-    int c = RawGetChar();
-    if (c == kCR && RawPeekChar() == kLF)
-        RawGetChar();
-    if (isEOL(c))
-        IncrLineno();
 }
 
 // The cursor is on a backslash: folds away backslash-newline pairs and answers the character
@@ -137,35 +118,25 @@ int PP_CScanner::PrivPeekChar() {
         PrivSkipChar();
         if (!isEOL(RawPeekChar())) {
             RawUnGetChar();
-            return kBackslash;
+            return kPPChar_Backslash;
         }
         fHasContinuation = true;
         PrivSkipChar();
         int c = RawPeekChar();
-        if (c != kBackslash)
+        if (c != kPPChar_Backslash)
             return c;
     }
-}
-
-int PP_CScanner::CookedPeekChar() {
-    int c = RawPeekChar();
-    return c == kBackslash ? PrivPeekChar() : c;
-}
-
-int PP_CScanner::PrivSkipAndPeek() {
-    PrivSkipChar();
-    return CookedPeekChar();
 }
 
 // Unlike PrivSkipChar this counts a line only for CR: a lone LF taken here is not counted.
 // Callers depend on that asymmetry, so it stays.
 int PP_CScanner::CookedGetChar() {
     int c = RawGetChar();
-    if (c == kCR) {
-        if (RawPeekChar() == kLF)
+    if (c == kPPChar_CR) {
+        if (RawPeekChar() == kPPChar_LF)
             RawGetChar();
         IncrLineno();
-    } else if (c == kBackslash) {
+    } else if (c == kPPChar_Backslash) {
         RawUnGetChar();
         c = PrivPeekChar();
         PrivSkipChar();
@@ -186,7 +157,7 @@ void PP_CScanner::SkipRun(unsigned char classes) {
             ++p;
         fInput->SkipTo(p);
         fCharPos += static_cast<unsigned long>(p - start);
-        if (p == end || *p != kBackslash || !inCharClass(PrivPeekChar(), classes))
+        if (p == end || *p != kPPChar_Backslash || !inCharClass(PrivPeekChar(), classes))
             return;
         PrivSkipChar();
     }
@@ -308,7 +279,7 @@ int PP_CScanner::PrivLiteral(int quote, int token, int* error) {
             *error = kPPErr_EOFInString;
             return token;
         }
-        if (c == kBackslash) {
+        if (c == kPPChar_Backslash) {
             PrivSkipChar();
             if (isEOL(RawPeekChar()))
                 fHasContinuation = true;
@@ -365,16 +336,16 @@ int PP_CScanner::PrivRadixNumber(unsigned char digitClass, int token, int* error
 int PP_CScanner::PrivFixedSuffix(int token, int* error) {
     bool sawUnsigned = false;
     bool sawLong = false;
-    for (;;) {
-        int c = CookedPeekChar();
-        bool& seen = (c == 'u' || c == 'U') ? sawUnsigned : sawLong;
-        if (c != 'u' && c != 'U' && c != 'l' && c != 'L')
-            return isidentchar(c) ? badNumber(error) : token;
+    for (int c = CookedPeekChar(); isidentchar(c); c = PrivSkipAndPeek()) {
+        bool const isUnsigned = c == 'u' || c == 'U';
+        if (!isUnsigned && c != 'l' && c != 'L')
+            return badNumber(error);
+        bool& seen = isUnsigned ? sawUnsigned : sawLong;
         if (seen)
             return badNumber(error);
         seen = true;
-        PrivSkipChar();
     }
+    return token;
 }
 
 // The cursor is on the decimal point, or on the first digit behind a point already taken.
@@ -516,8 +487,8 @@ PP_CTextReader PP_CScanner::CookTokenText(unsigned long size) {
     char const* end = fTokenStart + size;
     char* out = fCookBuffer;
     while (source < end) {
-        if (*source == kBackslash && source + 1 < end && isEOL(source[1])) {
-            source += source[1] == kCR && source + 2 < end && source[2] == kLF ? 3 : 2;
+        if (*source == kPPChar_Backslash && source + 1 < end && isEOL(source[1])) {
+            source += source[1] == kPPChar_CR && source + 2 < end && source[2] == kPPChar_LF ? 3 : 2;
             continue;
         }
         *out++ = *source++;

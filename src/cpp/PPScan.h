@@ -112,6 +112,10 @@ bool IsDoubleByteToken(int token);
 // Whether `byte` starts a double-byte character in a literal of the given token type.
 bool IsLeadingByte(int byte, int token);
 
+constexpr int kPPChar_LF = 10;
+constexpr int kPPChar_CR = 13;
+constexpr int kPPChar_Backslash = '\\';
+
 // The one lexer of the system. A token is the stretch of input between where GetNextToken
 // began and where it stopped; white space, comments and line ends are tokens too.
 class PP_CScanner {
@@ -135,9 +139,17 @@ public:
     bool TokenTextIsCooked() const { return fHasContinuation; }
 
     int RawPeekChar() const { return fInput->IsEOF() ? -1 : fInput->PeekChar(); }
-    int RawGetChar();
+    int RawGetChar() {
+        if (fInput->IsEOF())
+            return -1;
+        ++fCharPos;
+        return fInput->GetChar();
+    }
     void RawUnGetChar();
-    int CookedPeekChar();
+    int CookedPeekChar() {
+        int c = RawPeekChar();
+        return c == kPPChar_Backslash ? PrivPeekChar() : c;
+    }
     int CookedGetChar();
     void SkipChar() { CookedGetChar(); }
     bool SkipBlanksToEOL();
@@ -162,9 +174,19 @@ public:
     void SetCharPos(unsigned long charPos) { fCharPos = charPos; }
 
 private:
-    void PrivSkipChar();
+    // Consumes one byte. CR, LF and CR LF each count as one line end.
+    void PrivSkipChar() {
+        int c = RawGetChar();
+        if (c == kPPChar_CR && RawPeekChar() == kPPChar_LF)
+            RawGetChar();
+        if (isEOL(c))
+            IncrLineno();
+    }
     int PrivPeekChar();
-    int PrivSkipAndPeek();
+    int PrivSkipAndPeek() {
+        PrivSkipChar();
+        return CookedPeekChar();
+    }
     void SkipRun(unsigned char classes);
     int PrivNextToken(int c, int* error);
     int PrivPrefixedToken(int c, int* error);
