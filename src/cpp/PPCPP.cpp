@@ -44,13 +44,13 @@ PP_CPP::~PP_CPP() {
 
 int PP_CPP::GetNextToken(int* error, bool keepSpace) {
     for (;;) {
+        // Blanks in copied text would come back unchanged through every layer as a white space
+        // token, so a caller that drops them has them taken right here, as a request of their own.
+        if (!keepSpace && CanCopyTokens() && fScanner.SkipPlainBlanks())
+            ++fTokenCount;
         ++fTokenCount;
         if (InSourceText())
             fStartingLineno = fScanner.GetLineno();
-        // Blanks in copied text would come back unchanged through every layer as a white space
-        // token, so a caller that drops them has them taken right here.
-        if (!keepSpace && CanCopyTokens() && fScanner.SkipPlainBlanks())
-            continue;
         int token = NextSurvivingToken(error);
         if (keepSpace || *error != 0 || !isSpaceToken(token))
             return token;

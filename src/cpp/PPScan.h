@@ -183,8 +183,11 @@ private:
             IncrLineno();
     }
     int PrivPeekChar();
+    // Steps over the character just peeked, which every caller has tested to be a certain one
+    // and so no line end and not the end of input, and peeks at the next.
     int PrivSkipAndPeek() {
-        PrivSkipChar();
+        fInput->SkipTo(fInput->GetReadPtr() + 1);
+        ++fCharPos;
         return CookedPeekChar();
     }
     void SkipRun(unsigned char classes);
