@@ -103,9 +103,8 @@ int PP_CPPHelper::ExpandIdentifier(int* error) {
     do {
         if (CookedPeekChar() == kPP_MacroNoExpand)
             return token;
-        PP_CTextReader name = GetTokenText();
-        PP_MacroBody* body = fMacroTable->LookupMacro(name.GetReadPtr(), name.Readable());
-        if (body == nullptr || body->fMacroText == nullptr)
+        PP_MacroBody* body = DefinedMacro(GetTokenText());
+        if (body == nullptr)
             return token;
         PP_MacroLink* link = fPP->GetInputSrc()->fMacroLink;
         if (HasBeenExpanded(body, link))
@@ -127,6 +126,13 @@ int PP_CPPHelper::ExpandIdentifier(int* error) {
             return token;
     } while (MayCallMacro(token, *error));
     return token;
+}
+
+PP_MacroBody* PP_CPPHelper::DefinedMacro(PP_CTextReader name) {
+    if (!fMacroTable->MayHold(name.GetReadPtr(), name.Readable()))
+        return nullptr;
+    PP_MacroBody* body = fMacroTable->LookupMacro(name.GetReadPtr(), name.Readable());
+    return body != nullptr && body->fMacroText != nullptr ? body : nullptr;
 }
 
 bool PP_CPPHelper::HasBeenExpanded(PP_MacroBody* body, PP_MacroLink* link) {
@@ -223,14 +229,13 @@ PP_CExpansionText PP_CPPHelper::ExpandMacroText(PP_CExpansionText const& text, P
         int token = local.GetNextToken(&error);
         if (token == kPPScan_EOF)
             break;
-        PP_CTextReader tokenText = local.GetTokenText();
         PP_MacroBody* body = nullptr;
         if (token == kPPScan_Ident && !fExpansionStopped && local.CookedPeekChar() != kPP_MacroNoExpand)
-            body = fMacroTable->LookupMacro(tokenText.GetReadPtr(), tokenText.Readable());
-        if (body != nullptr && body->fMacroText != nullptr)
+            body = DefinedMacro(local.GetTokenText());
+        if (body != nullptr)
             // The chain that HasBeenExpanded walks is at most as long as the nest is deep.
             ChargeExpansion(static_cast<unsigned long>(fExpansionDepth));
-        if (body == nullptr || body->fMacroText == nullptr) {
+        if (body == nullptr) {
             addToken(out, local, &text);
         } else if (HasBeenExpanded(body, link)) {
             addToken(out, local, &text);

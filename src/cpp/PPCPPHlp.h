@@ -69,6 +69,8 @@ public:
 
 private:
     bool MayCallMacro(int token, int error) const { return token == kPPScan_Ident && error == 0 && !fExpansionStopped; }
+    // The macro that an identifier calls if it is defined, else null.
+    PP_MacroBody* DefinedMacro(PP_CTextReader name);
     // The scanner has just read an identifier: expands it and what its expansion begins with.
     int ExpandIdentifier(int* error);
     bool AtLineEnd();

@@ -81,7 +81,9 @@ PP_MacroBody* PP_CMacroTable_Basic::LookupMacro(char const* name, unsigned long 
 PP_MacroBody* PP_CMacroTable_Basic::EnterMacro(char const* name, PP_MacroType type, bool canRedefine) {
     if (fEntryCount >= fBuckets.size())
         GrowBuckets();
-    NameKeys const keys = KeysOf(name, std::strlen(name));
+    unsigned long const length = std::strlen(name);
+    NoteName(name, length);
+    NameKeys const keys = KeysOf(name, length);
     PP_MacroBody* body = new (fMemory, PP_AllocPerm()) PP_MacroBody(fMemory, name, type, canRedefine);
     PP_MacroEntry*& head = BucketOf(keys.fHash);
     head = new (fMemory, PP_AllocPerm()) PP_MacroEntry{head, body, keys.fSignature, keys.fHash};
