@@ -44,17 +44,28 @@ PP_CPP::~PP_CPP() {
 
 int PP_CPP::GetNextToken(int* error, bool keepSpace) {
     for (;;) {
-        // Blanks in copied text would come back unchanged through every layer as a white space
-        // token, so a caller that drops them has them taken right here, as a request of their own.
-        if (!keepSpace && CanCopyTokens() && fScanner.SkipPlainBlanks())
-            ++fTokenCount;
         ++fTokenCount;
+        // Blanks and line ends in copied text would come back unchanged through every layer, so
+        // a caller that drops them has them taken right here, each run as a request of its own.
+        if (!keepSpace && CanCopyTokens() && SkipPlainSeparator())
+            continue;
         if (InSourceText())
             fStartingLineno = fScanner.GetLineno();
         int token = NextSurvivingToken(error);
         if (keepSpace || *error != 0 || !isSpaceToken(token))
             return token;
     }
+}
+
+// The white space or line end token that would be read at the cursor, taken without the layers
+// below when it begins right there.
+bool PP_CPP::SkipPlainSeparator() {
+    if (fScanner.SkipPlainBlanks())
+        return true;
+    if (!fScanner.SkipPlainLineEnds())
+        return false;
+    fAtLineStart = true;
+    return true;
 }
 
 // Directives and the ends of inputs never reach the caller, except the end of the last input.
@@ -78,7 +89,6 @@ inline int PP_CPP::NextSurvivingToken(int* error) {
                 return token;
             continue;
         case kPPScan_EOL:
-            ++fEOLCount;
             fAtLineStart = true;
             break;
         case kPPScan_White:

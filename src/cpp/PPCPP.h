@@ -97,7 +97,6 @@ protected:
     PP_CMacroTable* fMacroTable;
     unsigned long fStartingLineno = 1;
     unsigned long fTokenCount = 0;
-    unsigned long fEOLCount = 0;
     bool fAtLineStart = true;
     PP_CInput fBaseInput;
     int fIfDepth = 0;
@@ -106,6 +105,7 @@ protected:
 private:
     static constexpr int kMaxIfDepth = 31;
 
+    bool SkipPlainSeparator();
     int NextSurvivingToken(int* error);
     void ReadExpandedTokens(PP_CWriterHelper& out, int* conditionError);
     void ReadDefinedOperand(PP_CWriterHelper& out, int* error);

@@ -201,9 +201,7 @@ int PP_CScanner::GetNextToken(int* error) {
     if (c == -1)
         return kPPScan_EOF;
     if (isEOL(c)) {
-        do
-            PrivSkipChar();
-        while (isEOL(CookedPeekChar()));
+        SkipLineEnds();
         return kPPScan_EOL;
     }
     return PrivNextToken(c, error);

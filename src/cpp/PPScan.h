@@ -153,12 +153,18 @@ public:
     int CookedGetChar();
     void SkipChar() { CookedGetChar(); }
     bool SkipBlanksToEOL();
-    // The same for blanks that begin right at the cursor, where no continuation comes first: the
-    // white space token that GetNextToken would read there.
+    // The white space or line end token that GetNextToken would read at the cursor, taken when it
+    // begins right there with no continuation first; true if there was one.
     bool SkipPlainBlanks() {
         if (!iswhite(RawPeekChar()))
             return false;
         SkipRun(kPPChar_Blank);
+        return true;
+    }
+    bool SkipPlainLineEnds() {
+        if (!isEOL(RawPeekChar()))
+            return false;
+        SkipLineEnds();
         return true;
     }
     bool SkipComment();
@@ -183,6 +189,12 @@ private:
             IncrLineno();
     }
     int PrivPeekChar();
+    // The cursor is on a line end: takes it and every line end behind it.
+    void SkipLineEnds() {
+        do
+            PrivSkipChar();
+        while (isEOL(CookedPeekChar()));
+    }
     // Steps over the character just peeked, which every caller has tested to be a certain one
     // and so no line end and not the end of input, and peeks at the next.
     int PrivSkipAndPeek() {

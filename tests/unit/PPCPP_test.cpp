@@ -160,7 +160,7 @@ Seen readDroppingSeparators(std::string const& text, bool below) {
 // separators in the preprocessor changes nothing that its caller can see.
 TEST_F(PPCPP, SeparatorsDroppedBelowLookTheSameToTheCaller) {
     std::string const text = "a  \\\n  b\n \t\\\r\n\\\n c /* x\n */ d\f# x\n  #define M  m  \n M  M\n"
-                             "#if 0\n  e  \n#endif\n  f \\\n\n\t1.5 \"s\"  \\\n";
+                             "#if 0\n  e  \n#endif\r\r\n\r  f \\\n\n\t1.5 \"s\"\r\n#x\n  \\\n";
     EXPECT_EQ(readDroppingSeparators(text, true), readDroppingSeparators(text, false));
 }
 
