@@ -4,8 +4,6 @@
 #ifndef PPCHARCLASS_H
 #define PPCHARCLASS_H
 
-#include <array>
-
 enum PP_CharClass : unsigned char {
     kPPChar_Blank = 1,       // the blanks of the C locale without the line ends, and MacRoman's no-break space
     kPPChar_IdentStart = 2,  // letters, '_' and '$'
@@ -21,8 +19,13 @@ enum PP_CharClass : unsigned char {
 
 namespace PP_CharClassDetail {
 
-constexpr std::array<unsigned char, 256> MakeTable() {
-    std::array<unsigned char, 256> table{};
+// A plain array, so that a lookup is one load in every build, unoptimised ones included.
+struct Table {
+    unsigned char fBits[256];
+};
+
+constexpr Table MakeTable() {
+    Table table{};
     for (int c = 0; c < 256; ++c) {
         unsigned char bits = 0;
         if (c == ' ' || c == '\t' || c == '\v' || c == '\f' || c == 202)
@@ -41,19 +44,19 @@ constexpr std::array<unsigned char, 256> MakeTable() {
             bits |= kPPChar_EOL;
         if (c != '"' && c != '\'' && c != '\\' && c != '\n' && c != '\r')
             bits |= kPPChar_LiteralPlain;
-        table[static_cast<unsigned>(c)] = bits;
+        table.fBits[c] = bits;
     }
     return table;
 }
 
-inline constexpr std::array<unsigned char, 256> kTable = MakeTable();
+inline constexpr Table kTable = MakeTable();
 
 } // namespace PP_CharClassDetail
 
 // The classes of a character as the scanner passes it: a byte value, or -1 (end of input), which
 // is in no class. Any other value is in no class either.
 constexpr unsigned char charClassOf(int c) {
-    return static_cast<unsigned>(c) < 256 ? PP_CharClassDetail::kTable[static_cast<unsigned>(c)] : 0;
+    return static_cast<unsigned>(c) < 256 ? PP_CharClassDetail::kTable.fBits[c] : 0;
 }
 
 constexpr bool inCharClass(int c, unsigned char classes) { return (charClassOf(c) & classes) != 0; }

@@ -153,7 +153,7 @@ void PP_CScanner::SkipRun(unsigned char classes) {
         char const* const start = fInput->GetReadPtr();
         char const* const end = fInput->GetEndPtr();
         char const* p = start;
-        while (p != end && inCharClass(static_cast<unsigned char>(*p), classes))
+        while (p != end && (charClassOf(static_cast<unsigned char>(*p)) & classes) != 0)
             ++p;
         fInput->SkipTo(p);
         fCharPos += static_cast<unsigned long>(p - start);
