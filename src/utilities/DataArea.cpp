@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "Assertion.h"
 
@@ -74,14 +75,11 @@ long DataArea::Assign(DataArea const* other) {
     return 0;
 }
 
-// Growth is counted from the cursor: a step of fIncrement beyond it when the request fits in a
-// step, else exactly what is wanted. A block that can't grow in place is replaced by a copy.
+// Growth beyond the block is counted from the cursor: a step of fIncrement beyond it when the
+// request fits in a step, else exactly what is wanted. A block that can't grow in place is
+// replaced by a copy.
 uint64_t DataArea::PrivateRequire(uint64_t n) {
     uint64_t const want = fCursor + n;
-    if (want <= fAllocated) {
-        fSize = want;
-        return n;
-    }
     bool const stepSuffices = n <= fIncrement;
     uint64_t asked = 0;
     long err = kMemFullErr;
@@ -163,6 +161,25 @@ void DataArea::Truncate() {
     }
     fSize = fCursor;
     fAllocated = fCursor;
+}
+
+void DataArea::Swap(DataArea& other) {
+    std::swap(fHandle, other.fHandle);
+    std::swap(fCursor, other.fCursor);
+    std::swap(fSize, other.fSize);
+    std::swap(fAllocated, other.fAllocated);
+    std::swap(fIncrement, other.fIncrement);
+    std::swap(fLockCount, other.fLockCount);
+    std::swap(fManager, other.fManager);
+}
+
+void DataArea::Reset() {
+    if (fLockCount != 0) {
+        fLockCount = 1;
+        MacHUnlock();
+    }
+    fCursor = 0;
+    fSize = 0;
 }
 
 void DataArea::MacHLock() {

@@ -29,21 +29,30 @@ public:
     // Makes n bytes writable behind the cursor; they count as data from then on. Returns the
     // bytes between cursor and end of data, or 0 when memory ran out.
     uint64_t Require(uint64_t n) {
-        if (fCursor + n <= fSize) return fSize - fCursor;
+        uint64_t const want = fCursor + n;
+        if (want <= fSize) return fSize - fCursor;
+        if (want <= fAllocated) {
+            fSize = want;
+            return n;
+        }
         return PrivateRequire(n);
     }
     // Overwrites n bytes at the cursor and moves past them; returns n, or 0 when out of memory.
     uint64_t Write(void const* bytes, uint64_t n);
     // Copies up to n bytes from the cursor and moves past them; returns the count copied.
     uint64_t Read(void* bytes, uint64_t n);
-    // Returns the byte stored, or -1 when out of memory.
+    // Returns the byte stored inside the data, the argument when the data grows, or -1 when out
+    // of memory. Growing within the block is the common case and stays inline.
     int PutChar(int c) {
+        unsigned char byte = static_cast<unsigned char>(c);
         if (fCursor < fSize) {
-            unsigned char byte = static_cast<unsigned char>(c);
             Bytes()[fCursor++] = byte;
             return byte;
         }
-        return PutCharGrowing(c);
+        if (fSize >= fAllocated) return PutCharGrowing(c);
+        ++fSize;
+        Bytes()[fCursor++] = byte;
+        return c;
     }
     // Returns the next byte, or -1 at the end of the data.
     int GetChar() { return fCursor < fSize ? Bytes()[fCursor++] : -1; }
@@ -64,6 +73,13 @@ public:
     void Delete(uint64_t start, uint64_t end);
     // Cuts the block down to the cursor, which becomes the end of the data.
     void Truncate();
+
+    bool HasBlock() const { return fHandle != nullptr; }
+    uint64_t GetAllocated() const { return fAllocated; }
+    // Exchanges blocks, cursors, sizes, growth steps and locks with another area.
+    void Swap(DataArea& other);
+    // Forgets the data and every lock but keeps the block, for new data.
+    void Reset();
 
     // Locks nest; only the outermost pair reaches the block.
     void MacHLock();

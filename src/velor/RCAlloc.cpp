@@ -19,68 +19,41 @@ void RCFree(void* block) {
 
 namespace {
 
-constexpr std::size_t kGranule = 16;
-constexpr std::size_t kLargestSmall = 128;
-constexpr std::size_t kClassCount = kLargestSmall / kGranule;
 constexpr std::size_t kChunkSize = 64 * 1024;
 
-struct FreeBlock {
-    FreeBlock* fNext;
-};
-
-// The classes' free lists and the unused rest of the newest chunk. The chunks themselves are
-// linked through their first block so that they stay reachable until the process ends.
-struct SmallBlocks {
-    FreeBlock* fFree[kClassCount] = {};
+// The unused rest of the newest chunk. The chunks themselves are linked through their first
+// granule so that they stay reachable until the process ends.
+struct Chunks {
     char* fRest = nullptr;
     std::size_t fRestSize = 0;
-    FreeBlock* fChunks = nullptr;
-
-    void* Take(std::size_t index) {
-        if (FreeBlock* block = fFree[index]) {
-            fFree[index] = block->fNext;
-            return block;
-        }
-        std::size_t const size = (index + 1) * kGranule;
-        if (fRestSize < size && !NewChunk()) return nullptr;
-        void* block = fRest;
-        fRest += size;
-        fRestSize -= size;
-        return block;
-    }
-
-    void Give(void* block, std::size_t index) { fFree[index] = new (block) FreeBlock{fFree[index]}; }
+    void* fNewest = nullptr;
 
     bool NewChunk() {
         char* chunk = static_cast<char*>(std::malloc(kChunkSize));
         if (chunk == nullptr) return false;
-        fChunks = new (chunk) FreeBlock{fChunks};
-        fRest = chunk + kGranule;
-        fRestSize = kChunkSize - kGranule;
+        *reinterpret_cast<void**>(chunk) = fNewest;
+        fNewest = chunk;
+        fRest = chunk + RCSmallBlocks::kGranule;
+        fRestSize = kChunkSize - RCSmallBlocks::kGranule;
         return true;
     }
 };
 
-SmallBlocks gSmallBlocks;
-
-std::size_t ClassOf(std::size_t size) { return size == 0 ? 0 : (size - 1) / kGranule; }
+Chunks gChunks;
 
 }  // namespace
 
-// Under AddressSanitizer every block goes to the heap, so that a use after RCFreeSmall is caught.
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool kRecycle = false;
-#else
-constexpr bool kRecycle = true;
-#endif
+RCSmallBlocks::FreeBlock* RCSmallBlocks::fgFree[kLargest / kGranule] = {};
 
-void* RCAllocSmall(std::size_t size) {
-    if (!kRecycle || size > kLargestSmall) return RCAlloc(size);
-    return gSmallBlocks.Take(ClassOf(size));
+void* RCSmallBlocks::Carve(std::size_t index) {
+    std::size_t const size = (index + 1) * kGranule;
+    if (gChunks.fRestSize < size && !gChunks.NewChunk()) return nullptr;
+    void* block = gChunks.fRest;
+    gChunks.fRest += size;
+    gChunks.fRestSize -= size;
+    return block;
 }
 
-void RCFreeSmall(void* block, std::size_t size) {
-    if (block == nullptr) return;
-    if (!kRecycle || size > kLargestSmall) return RCFree(block);
-    gSmallBlocks.Give(block, ClassOf(size));
+void RCRecycled::ThrowBadAlloc() {
+    throw std::bad_alloc();
 }

@@ -3,6 +3,7 @@
 #include "RCArray.h"
 
 #include <algorithm>
+#include <new>
 
 #include "MsgIds.h"
 #include "RCScanner.h"
@@ -20,7 +21,7 @@ void reportLabel(RCScanner* scanner, int message, UniqueStruct* name) {
 
 RCArrayLabel::~RCArrayLabel() {
     for (long i = 0; i < fCount; ++i) delete fChildren[i];
-    delete[] fChildren;
+    RCFreeSmall(fChildren, TableBytes(fCapacity));
 }
 
 RCArrayLabel* RCArrayLabel::Fetch(RCScanner* scanner, UniqueStruct* name, int argc, long* subscripts,
@@ -50,9 +51,11 @@ void RCArrayLabel::GrowToHold(long index) {
     if (index < fCapacity) return;
     // Half as much again as the index asks for; at least enough for the index itself.
     long capacity = std::max(index == 0 ? kFirstCapacity : index * 3 / 2, index + 1);
-    RCArrayLabel** children = new RCArrayLabel*[capacity];
+    // Tables are made per resource, so the small ones are recycled like the labels themselves.
+    auto* children = static_cast<RCArrayLabel**>(RCAllocSmall(TableBytes(capacity)));
+    if (children == nullptr) throw std::bad_alloc();
     std::copy(fChildren, fChildren + fCount, children);
-    delete[] fChildren;
+    RCFreeSmall(fChildren, TableBytes(fCapacity));
     fChildren = children;
     fCapacity = capacity;
 }
@@ -60,6 +63,10 @@ void RCArrayLabel::GrowToHold(long index) {
 void RCArrayLabel::AppendUpTo(long index) {
     while (fCount < index) fChildren[fCount++] = nullptr;
     fChildren[fCount++] = new RCArrayLabel;
+}
+
+std::size_t RCArrayLabel::TableBytes(long capacity) {
+    return static_cast<std::size_t>(capacity) * sizeof(RCArrayLabel*);
 }
 
 bool RCArrayLabel::IsLeaf(RCScanner* scanner, UniqueStruct* name, RCArrayLabel const* node) {

@@ -5,10 +5,14 @@
 // the end of the type instance. RCNamedArrayLabel ties such a table to the label's name.
 #pragma once
 
+#include <cstddef>
+
+#include "RCAlloc.h"
+
 struct UniqueStruct;
 class RCScanner;
 
-class RCArray {
+class RCArray : public RCRecycled {
 public:
     // A null name makes the private array of an unnamed array statement.
     explicit RCArray(UniqueStruct* name) : fName(name), fCount(0), fIsDefined(false) {}
@@ -33,7 +37,7 @@ private:
 // A table of positions by subscript. All levels of a multi-dimensional label share the one table
 // of the node that is asked, so the last subscript alone picks the entry; node i holds subscript
 // i + 1. Children never get tables of their own.
-class RCArrayLabel {
+class RCArrayLabel : public RCRecycled {
 public:
     RCArrayLabel() : fChildren(nullptr), fValue(0), fCount(0), fCapacity(0) {}
     virtual ~RCArrayLabel();
@@ -51,6 +55,7 @@ public:
 
 private:
     void GrowToHold(long index);
+    static std::size_t TableBytes(long capacity);
     void AppendUpTo(long index);
     // Reports "too few indices" when the node still has a table under it.
     static bool IsLeaf(RCScanner* scanner, UniqueStruct* name, RCArrayLabel const* node);
@@ -62,7 +67,7 @@ private:
 };
 
 // The table of one label name in a frame; it owns the table.
-class RCNamedArrayLabel {
+class RCNamedArrayLabel : public RCRecycled {
 public:
     RCNamedArrayLabel(UniqueStruct* name, RCArrayLabel* arrayLabel) : fName(name), fArrayLabel(arrayLabel) {}
     ~RCNamedArrayLabel() { delete fArrayLabel; }

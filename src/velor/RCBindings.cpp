@@ -177,6 +177,17 @@ RCNumber eval(RCScanner* scanner, RCBindings* bindings, UniqueStruct* name, RCEx
     return RCNumber();
 }
 
+// Output areas are recycled: the area of a finished resource, emptied, serves the next one. Every
+// resource statement needs an area and most fill a few bytes of it, so this saves a block and its
+// master pointer per resource. An area grown past kLargestSpareArea goes with its resource, so
+// that no large block outlives it.
+constexpr std::uint64_t kLargestSpareArea = 128 * 1024;
+
+DataArea& spareOutputArea() {
+    static DataArea spare;
+    return spare;
+}
+
 // Output that cannot grow ends the run, as an exhausted heap does elsewhere. The explicit exit
 // covers a message mask that hides the fatal message, which then would not end the run itself.
 void outOfMemory() {
@@ -195,18 +206,31 @@ RCBindings::RCBindings(RCSymbolTable* symbolTable, RCResourceFile* resourceFile,
       fResID(resID),
       fDef(nullptr),
       fSymbolTable(symbolTable),
-      // A small start, as most resources are a few bytes and every resource statement makes at
-      // least two bindings; a large growth step, as a resource may hold a whole file.
-      fData(256, 65536, false),
       fBit(0),
-      fDescriptionIndent(0),
-      fDescription() {}
+      fDescriptionIndent(0) {
+    if (spareOutputArea().HasBlock()) {
+        fData.Swap(spareOutputArea());
+        return;
+    }
+    // A small start, as most resources are a few bytes; a large growth step, as a resource may
+    // hold a whole file.
+    fData.IDataArea(256, 65536, false);
+    VELOR_ASSERT(fData.HasBlock());
+}
+
+RCBindings::RCBindings(RCSymbolTable* symbolTable)
+    : fResourceFile(nullptr), fResType(0), fResID(0), fDef(nullptr), fSymbolTable(symbolTable), fBit(0),
+      fDescriptionIndent(0) {}
 
 RCBindings::~RCBindings() {
     while (fDef != nullptr) {
         RCBindings_Def* parent = fDef->Parent();
         delete fDef;
         fDef = parent;
+    }
+    if (fData.HasBlock() && fData.GetAllocated() <= kLargestSpareArea) {
+        fData.Reset();
+        fData.Swap(spareOutputArea());
     }
 }
 
@@ -287,6 +311,8 @@ void RCBindings::AddBits(unsigned long value, short width) {
 
 bool RCBindings::AddValue(RCScanner* scanner, RCExpression* expression, short width, bool isInteger) {
     RCBindings_Def* frame = RequireDefn();
+    // A literal, the most common value, is its own reduced form.
+    if (RCNumber const* literal = expression->LiteralValue()) return AddValue(scanner, *literal, width, isInteger);
     bool isConstant = false;
     RCPtr<RCExpression> reduced = expression->Reduce(scanner, this, isConstant);
     if (isConstant) return AddValue(scanner, reduced->Evaluate(scanner, this), width, isInteger);
@@ -305,12 +331,12 @@ bool RCBindings::AddBytes(RCScanner* scanner, void const* bytes, long count) {
     return true;
 }
 
-bool RCBindings::AddString(RCScanner* scanner, RCByteString& string, int stringType) {
+bool RCBindings::AddString(RCScanner* scanner, RCByteString const& string, int stringType) {
     RCStringInfo info(string, stringType);
     return AddString(scanner, info);
 }
 
-bool RCBindings::AddString(RCScanner* scanner, RCByteString& string, int stringType, long length) {
+bool RCBindings::AddString(RCScanner* scanner, RCByteString const& string, int stringType, long length) {
     RCStringInfo info(string, stringType, length);
     return AddString(scanner, info);
 }
@@ -392,7 +418,6 @@ RCValueCell* RCBindings::LookupValue(UniqueStruct* name) {
     if (RCValueCell* cell = fDef->LookupLabel(name)) return cell;
     if (RCValueCell* cell = fDef->LookupAuto(name)) return cell;
     if (RCValueCell* cell = fDef->LookupStatic(name)) return cell;
-    if (RCValueCell* cell = fDef->LookupLabel(name)) return cell;
     return fDef->LookupUnknown(name);
 }
 

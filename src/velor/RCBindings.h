@@ -26,6 +26,9 @@ struct UniqueStruct;
 class RCBindings {
 public:
     RCBindings(RCSymbolTable* symbolTable, RCResourceFile* resourceFile, unsigned long resType, unsigned long resID);
+    // Scratch bindings, for values that must be known at once: they never get a frame, so they
+    // never lay output, and no output area is allocated for them.
+    explicit RCBindings(RCSymbolTable* symbolTable);
     ~RCBindings();
 
     RCBindings(RCBindings const&) = delete;
@@ -53,8 +56,8 @@ public:
     // caller keeps the expression.
     bool AddValue(RCScanner* scanner, RCExpression* expression, short width, bool isInteger);
     bool AddBytes(RCScanner* scanner, void const* bytes, long count);
-    bool AddString(RCScanner* scanner, RCByteString& string, int stringType);
-    bool AddString(RCScanner* scanner, RCByteString& string, int stringType, long length);
+    bool AddString(RCScanner* scanner, RCByteString const& string, int stringType);
+    bool AddString(RCScanner* scanner, RCByteString const& string, int stringType, long length);
     bool Align(RCScanner* scanner, short width);
     bool Fill(RCScanner* scanner, short width, long count, unsigned long value);
 

@@ -2,6 +2,7 @@
 // type instance while it is being laid out.
 #pragma once
 
+#include "RCAlloc.h"
 #include "RCArray.h"
 #include "RCNamedValue.h"
 #include "RCPtr.h"
@@ -20,7 +21,7 @@ constexpr int kArgMax = 32;
 
 // A field laid as zero bits because its value was not known yet; it is patched when its frame is
 // popped. The fixup owns the reduced tree, whose cells and arrays belong to the same frame.
-class RCFixup {
+class RCFixup : public RCRecycled {
 public:
     RCFixup(RCExpression* expression, long bitPosition, short width, bool isInteger);
     ~RCFixup();
@@ -39,7 +40,7 @@ private:
     bool fIsInteger;
 };
 
-class RCBindings_Def {
+class RCBindings_Def : public RCRecycled {
 public:
     RCBindings_Def(RCBindings* env, RCDefinition* definition, RCSymbolTable* symbolTable, RCBindings_Def* parent);
     ~RCBindings_Def();

@@ -41,12 +41,11 @@ void RCTraceScope::Open(RCDescriptionKeyword keyword) {
     fBindings->IncrementDescriptionIndent(kIndentStep);
 }
 
-RCTraceScope::~RCTraceScope() {
-    if (!fArea) return;
+void RCTraceScope::Close() {
     fBindings->IncrementDescriptionIndent(-kIndentStep);
     writeChar(fArea, ')');
 }
 
-void RCTraceScope::NewLine() const {
-    if (fArea) newLineIndent(fArea, fBindings->GetDescriptionIndent());
+void RCTraceScope::WriteNewLine() const {
+    newLineIndent(fArea, fBindings->GetDescriptionIndent());
 }

@@ -21,14 +21,21 @@ public:
     RCTraceScope(RCTraceScope const& parent, RCDescriptionKeyword keyword, UniqueStruct* name);
     RCTraceScope(RCTraceScope const&) = delete;
     RCTraceScope& operator=(RCTraceScope const&) = delete;
-    ~RCTraceScope();
+    // Every field opens and closes a list, traced or not, so the test stays inline.
+    ~RCTraceScope() {
+        if (fArea) Close();
+    }
 
     // Where the list's contents go, or null when it is not traced.
     DataArea* Area() const { return fArea; }
     // A new line at the current indent: before each child of a list, and behind a nested instance.
-    void NewLine() const;
+    void NewLine() const {
+        if (fArea) WriteNewLine();
+    }
 
 private:
+    void Close();
+    void WriteNewLine() const;
     RCTraceScope(RCBindings* bindings, DataArea* area, RCDescriptionKeyword keyword, UniqueStruct* name);
     void Open(RCDescriptionKeyword keyword);
 

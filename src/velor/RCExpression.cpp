@@ -3,9 +3,8 @@
 
 #include "RCExpression.h"
 
-#include <typeinfo>
-
 #include <cstring>
+#include <memory>
 #include <new>
 #include <vector>
 
@@ -31,7 +30,7 @@ constexpr int kNoMinPriority = -1;
 // The walks over a tree (reduce, evaluate, describe, delete) recurse on its nesting, so the parser
 // refuses nesting deeper than this: parentheses, unary operators and the operands of operands.
 // A chain of binary operators at one level is no nesting: its tree leans left, and every walk
-// follows that left spine in a loop (LeftSpine below), so a chain of any length parses.
+// follows that left spine in a loop (RCExpression_2::LeftSpine below), so a chain of any length parses.
 RCNesting gExpressionNesting{1000, kPPErr_ExpressionTooComplex};
 
 bool isStringToken(int token) {
@@ -47,6 +46,57 @@ RCNumber evaluateReduced(RCScanner* scanner, RCBindings* bindings, RCExpression*
     RCPtr<RCExpression> owned(reduced);
     return owned->Evaluate(scanner, bindings);
 }
+
+// An operand on its way through Reduce. A literal is held as its value, so that folding constants
+// builds and drops no nodes: reducing or evaluating a literal says nothing, so skipping either
+// changes no message. Any other operand is the tree that its Reduce made, evaluated when its
+// value is asked for, at the point where the tree would have been.
+class ReducedOperand {
+public:
+    ReducedOperand(RCExpression const* operand, RCScanner* scanner, RCBindings* bindings) {
+        if (RCNumber const* literal = operand->LiteralValue()) {
+            fValue = *literal;
+            fIsConstant = true;
+        } else {
+            fTree = operand->Reduce(scanner, bindings, fIsConstant);
+        }
+    }
+    ReducedOperand(ReducedOperand const&) = delete;
+    ReducedOperand& operator=(ReducedOperand const&) = delete;
+    ~ReducedOperand() { delete fTree; }
+
+    bool IsConstant() const { return fIsConstant; }
+
+    // Holds a value known now in place of what was taken.
+    void Hold(RCNumber const& value) {
+        fValue = value;
+        fIsConstant = true;
+    }
+
+    // Holds a tree whose value is not known yet in place of what was taken.
+    void Adopt(RCExpression* tree) {
+        fTree = tree;
+        fIsConstant = false;
+    }
+
+    RCExpression* TakeTree() {
+        RCExpression* tree = fTree != nullptr ? fTree : RCExpression::Number(fValue);
+        fTree = nullptr;
+        return tree;
+    }
+
+    RCNumber TakeValue(RCScanner* scanner, RCBindings* bindings) {
+        if (fTree == nullptr) return fValue;
+        RCExpression* tree = fTree;
+        fTree = nullptr;
+        return evaluateReduced(scanner, bindings, tree);
+    }
+
+private:
+    RCExpression* fTree = nullptr;
+    RCNumber fValue;
+    bool fIsConstant = false;
+};
 
 void deleteArguments(int count, RCExpression** argv) {
     for (int i = 0; i < count; ++i) delete argv[i];
@@ -76,17 +126,6 @@ char const* functionText(int function) {
 // ---------------------------------------------------------------------------------------------
 // Base
 
-// Every field's value is a tree of nodes made and dropped per resource, so nodes are recycled.
-void* RCExpression::operator new(std::size_t size) {
-    // A node is never built in memory that is not there: exhaustion ends the run by exception.
-    if (void* block = RCAllocSmall(size)) return block;
-    throw std::bad_alloc();
-}
-
-void RCExpression::operator delete(void* block, std::size_t size) {
-    RCFreeSmall(block, size);
-}
-
 RCExpression::~RCExpression() = default;
 
 bool RCExpression::IsNumber() const {
@@ -104,6 +143,18 @@ bool RCExpression::IsName() const {
 RCByteString RCExpression::AsString() {
     VELOR_ASSERT_TEXT("RCExpression::AsString", false);
     return RCByteString();
+}
+
+RCByteString const* RCExpression::StringValue() const {
+    return nullptr;
+}
+
+RCNumber const* RCExpression::LiteralValue() const {
+    return nullptr;
+}
+
+RCExpression_2* RCExpression::AsBinary() {
+    return nullptr;
 }
 
 UniqueStruct* RCExpression::AsName() {
@@ -244,9 +295,7 @@ RCExpression* RCExpression::ParseString(RCScanner* scanner) {
         scanner->NextToken();
     } while (isStringToken(scanner->TokenType()));
     if (work.fData == nullptr) return nullptr;
-    RCExpression* result = new RCExpression_String(work);
-    work.Destroy();
-    return result;
+    return RCExpression_String::Adopting(work);
 }
 
 // function = $$-keyword "(" [ expression-list ] ")"
@@ -323,6 +372,10 @@ bool RCExpression_Number::IsNumber() const {
     return true;
 }
 
+RCNumber const* RCExpression_Number::LiteralValue() const {
+    return &fNumber;
+}
+
 RCExpression* RCExpression_Number::Reduce(RCScanner*, RCBindings*, bool& isConstant) const {
     isConstant = true;
     return Number(fNumber);
@@ -346,8 +399,16 @@ bool RCExpression_String::IsString() const {
     return true;
 }
 
+RCExpression_String* RCExpression_String::Adopting(RCByteString const& string) {
+    return new RCExpression_String(string, AdoptTag{});
+}
+
 RCByteString RCExpression_String::AsString() {
     return fString.Clone();
+}
+
+RCByteString const* RCExpression_String::StringValue() const {
+    return &fString;
 }
 
 RCExpression* RCExpression_String::Reduce(RCScanner*, RCBindings*, bool& isConstant) const {
@@ -419,9 +480,10 @@ bool RCExpression_1::IsNumber() const {
 }
 
 RCExpression* RCExpression_1::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
-    RCExpression* operand = fOperand->Reduce(scanner, bindings, isConstant);
-    if (!isConstant) return new RCExpression_1(fOperator, operand);
-    return Number(evaluateUnary(scanner, fOperator, evaluateReduced(scanner, bindings, operand)));
+    ReducedOperand operand(fOperand, scanner, bindings);
+    isConstant = operand.IsConstant();
+    if (!isConstant) return new RCExpression_1(fOperator, operand.TakeTree());
+    return Number(evaluateUnary(scanner, fOperator, operand.TakeValue(scanner, bindings)));
 }
 
 RCNumber RCExpression_1::Evaluate(RCScanner* scanner, RCBindings* bindings) {
@@ -439,28 +501,54 @@ void RCExpression_1::WriteDescription(DataArea* area, int indent) {
 
 namespace {
 
-// The node as a binary node, or null. The class is final, so comparing the dynamic type is exact,
-// and it is far cheaper than a cast that searches the hierarchy: this runs for every link of
-// every chain.
-RCExpression_2* AsBinary(RCExpression* node) {
-    return node != nullptr && typeid(*node) == typeid(RCExpression_2) ? static_cast<RCExpression_2*>(node) : nullptr;
+// The node as a binary node, or null. This runs for every link of every chain, so it is one
+// virtual call rather than a cast that searches the hierarchy or a comparison of type names.
+RCExpression_2* binaryOf(RCExpression* node) {
+    return node != nullptr ? node->AsBinary() : nullptr;
 }
 
 }  // namespace
 
-// The binary nodes down the left side of a chain, from this one to the deepest, and the operand
+// The binary nodes down the left side of a chain, from the top one to the deepest, and the operand
 // at the bottom. Walking this list in a loop keeps the machine stack flat however long a chain is.
-std::vector<RCExpression_2 const*> RCExpression_2::LeftSpine(RCExpression** bottom) const {
-    std::vector<RCExpression_2 const*> spine{this};
-    while (auto const* next = AsBinary(spine.back()->fLeft.GetRep())) spine.push_back(next);
-    *bottom = spine.back()->fLeft.GetRep();
-    return spine;
+// Nearly every chain is a few links long and fits in the object; a longer one goes to the heap.
+class RCExpression_2::LeftSpine {
+public:
+    explicit LeftSpine(RCExpression_2 const* top) : fNodes(fInline), fSize(1), fBottom(top->fLeft.GetRep()) {
+        for (RCExpression* left = fBottom; auto const* link = binaryOf(left); left = link->fLeft.GetRep()) ++fSize;
+        if (fSize > kInlineNodes) {
+            fHeap = std::make_unique<RCExpression_2 const*[]>(fSize);
+            fNodes = fHeap.get();
+        }
+        fNodes[0] = top;
+        for (std::size_t i = 1; i < fSize; ++i) fNodes[i] = binaryOf(fNodes[i - 1]->fLeft.GetRep());
+        fBottom = fNodes[fSize - 1]->fLeft.GetRep();
+    }
+    LeftSpine(LeftSpine const&) = delete;
+    LeftSpine& operator=(LeftSpine const&) = delete;
+
+    std::size_t Size() const { return fSize; }
+    RCExpression_2 const* operator[](std::size_t i) const { return fNodes[i]; }
+    RCExpression* Bottom() const { return fBottom; }
+
+private:
+    static constexpr std::size_t kInlineNodes = 16;
+
+    RCExpression_2 const* fInline[kInlineNodes];
+    std::unique_ptr<RCExpression_2 const*[]> fHeap;
+    RCExpression_2 const** fNodes;
+    std::size_t fSize;
+    RCExpression* fBottom;
+};
+
+RCExpression_2* RCExpression_2::AsBinary() {
+    return this;
 }
 
 RCExpression_2::~RCExpression_2() {
     // Each link is unhooked from the chain before it goes, so no destructor recurses down it.
     RCExpression* next = fLeft.Release();
-    while (auto* link = AsBinary(next)) {
+    while (auto* link = binaryOf(next)) {
         next = link->fLeft.Release();
         delete link;
     }
@@ -468,62 +556,56 @@ RCExpression_2::~RCExpression_2() {
 }
 
 bool RCExpression_2::IsNumber() const {
-    RCExpression* bottom;
-    auto const spine = LeftSpine(&bottom);
-    for (auto const* node : spine)
-        if (!node->fRight->IsNumber()) return false;
-    return bottom->IsNumber();
+    LeftSpine const spine(this);
+    for (std::size_t i = 0; i < spine.Size(); ++i)
+        if (!spine[i]->fRight->IsNumber()) return false;
+    return spine.Bottom()->IsNumber();
 }
 
 // Each level reduces its left side, then its right, and folds when both are constant: the order
 // of the walk, and so of its messages, is that of a recursive descent.
 RCExpression* RCExpression_2::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
-    RCExpression* bottom;
-    auto const spine = LeftSpine(&bottom);
-    bool leftConstant = false;
-    RCExpression* left = bottom->Reduce(scanner, bindings, leftConstant);
-    for (auto node = spine.rbegin(); node != spine.rend(); ++node) {
-        bool rightConstant = false;
-        RCExpression* right = (*node)->fRight->Reduce(scanner, bindings, rightConstant);
-        if (!leftConstant || !rightConstant) {
-            left = new RCExpression_2((*node)->fOperator, left, right);
-            leftConstant = false;
+    LeftSpine const spine(this);
+    ReducedOperand left(spine.Bottom(), scanner, bindings);
+    for (std::size_t level = spine.Size(); level-- > 0;) {
+        RCExpression_2 const* node = spine[level];
+        ReducedOperand right(node->fRight, scanner, bindings);
+        if (!left.IsConstant() || !right.IsConstant()) {
+            left.Adopt(new RCExpression_2(node->fOperator, left.TakeTree(), right.TakeTree()));
             continue;
         }
-        RCNumber leftValue = evaluateReduced(scanner, bindings, left);
-        RCNumber rightValue = evaluateReduced(scanner, bindings, right);
-        left = Number(evaluateBinary(scanner, (*node)->fOperator, leftValue, rightValue));
+        RCNumber leftValue = left.TakeValue(scanner, bindings);
+        RCNumber rightValue = right.TakeValue(scanner, bindings);
+        left.Hold(evaluateBinary(scanner, node->fOperator, leftValue, rightValue));
     }
-    isConstant = leftConstant;
-    return left;
+    isConstant = left.IsConstant();
+    return left.TakeTree();
 }
 
 RCNumber RCExpression_2::Evaluate(RCScanner* scanner, RCBindings* bindings) {
     // Both sides are always evaluated, left first: there is no short circuit.
-    RCExpression* bottom;
-    auto const spine = LeftSpine(&bottom);
-    RCNumber value = bottom->Evaluate(scanner, bindings);
-    for (auto node = spine.rbegin(); node != spine.rend(); ++node) {
-        RCNumber right = (*node)->fRight->Evaluate(scanner, bindings);
-        value = evaluateBinary(scanner, (*node)->fOperator, value, right);
+    LeftSpine const spine(this);
+    RCNumber value = spine.Bottom()->Evaluate(scanner, bindings);
+    for (std::size_t level = spine.Size(); level-- > 0;) {
+        RCNumber right = spine[level]->fRight->Evaluate(scanner, bindings);
+        value = evaluateBinary(scanner, spine[level]->fOperator, value, right);
     }
     return value;
 }
 
 // "(op left" + line end + "right)" at every level, each level indented past its operator.
 void RCExpression_2::WriteDescription(DataArea* area, int indent) {
-    RCExpression* bottom;
-    auto const spine = LeftSpine(&bottom);
+    LeftSpine const spine(this);
     std::vector<int> inner;
-    for (auto const* node : spine) {
-        char const* text = operatorText(node->fOperator);
+    for (std::size_t level = 0; level < spine.Size(); ++level) {
+        char const* text = operatorText(spine[level]->fOperator);
         inner.push_back(indent += headWidth(text));
         writeChar(area, '(');
         writeText(area, text);
         writeChar(area, ' ');
     }
-    bottom->WriteDescription(area, inner.back());
-    for (size_t level = spine.size(); level-- > 0;) {
+    spine.Bottom()->WriteDescription(area, inner.back());
+    for (std::size_t level = spine.Size(); level-- > 0;) {
         newLineIndent(area, inner[level]);
         spine[level]->fRight->WriteDescription(area, inner[level]);
         writeChar(area, ')');
@@ -568,7 +650,7 @@ void RCExpression_3::WriteDescription(DataArea* area, int indent) {
 // Functions and label references
 
 RCExpression_MultipleArgs::RCExpression_MultipleArgs(int function, int argc, RCExpression** argv)
-    : fFunction(function), fArgc(argc), fArgv(new RCExpression*[argc]), fAllNumbers(true) {
+    : fFunction(function), fArgc(argc), fArgv(NewArgv(argc)), fAllNumbers(true) {
     for (int i = 0; i < argc; ++i) {
         fArgv[i] = argv[i];
         fAllNumbers = fAllNumbers && argv[i]->IsNumber();
@@ -577,7 +659,17 @@ RCExpression_MultipleArgs::RCExpression_MultipleArgs(int function, int argc, RCE
 
 RCExpression_MultipleArgs::~RCExpression_MultipleArgs() {
     deleteArguments(fArgc, fArgv);
-    delete[] fArgv;
+    RCFreeSmall(fArgv, ArgvBytes(fArgc));
+}
+
+// The argument lists of the nodes made per resource come from the small-block free lists.
+RCExpression** RCExpression_MultipleArgs::NewArgv(int argc) {
+    if (void* block = RCAllocSmall(ArgvBytes(argc))) return static_cast<RCExpression**>(block);
+    throw std::bad_alloc();
+}
+
+std::size_t RCExpression_MultipleArgs::ArgvBytes(int argc) {
+    return static_cast<std::size_t>(argc) * sizeof(RCExpression*);
 }
 
 bool RCExpression_MultipleArgs::IsNumber() const {

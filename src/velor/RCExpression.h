@@ -11,8 +11,8 @@
 #pragma once
 
 #include <cstddef>
-#include <vector>
 
+#include "RCAlloc.h"
 #include "RCByteString.h"
 #include "RCDescription.h"
 #include "RCNumber.h"
@@ -22,6 +22,7 @@ class DataArea;
 class RCArray;
 class RCArrayLabel;
 class RCBindings;
+class RCExpression_2;
 class RCScanner;
 class RCValueCell;
 struct UniqueStruct;
@@ -36,11 +37,9 @@ enum RCFunction : int {
     kFunction_Word,
 };
 
-class RCExpression {
+// Every field's value is a tree of nodes made and dropped per resource, so nodes are recycled.
+class RCExpression : public RCRecycled {
 public:
-    static void* operator new(std::size_t size);
-    static void operator delete(void* block, std::size_t size);
-
     RCExpression() = default;
     RCExpression(RCExpression const&) = delete;
     RCExpression& operator=(RCExpression const&) = delete;
@@ -51,6 +50,13 @@ public:
     virtual bool IsName() const;
     // A clone that the caller destroys; only a string expression has one.
     virtual RCByteString AsString();
+    // The string of a string expression, which keeps it; null for every other expression.
+    virtual RCByteString const* StringValue() const;
+    // The number of a number literal, which reduces to itself without a word; null for every
+    // other expression.
+    virtual RCNumber const* LiteralValue() const;
+    // The node as a binary operator, or null.
+    virtual RCExpression_2* AsBinary();
     virtual UniqueStruct* AsName();
     // A new tree owned by the caller; isConstant tells whether it can be evaluated now.
     virtual RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const = 0;
@@ -82,6 +88,7 @@ public:
     explicit RCExpression_Number(RCNumber const& number) : fNumber(number) {}
 
     bool IsNumber() const override;
+    RCNumber const* LiteralValue() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings) override;
     void WriteDescription(DataArea* area, int indent) override;
@@ -96,12 +103,19 @@ public:
     explicit RCExpression_String(RCByteString const& string);
     ~RCExpression_String() override;
 
+    // Takes over the string's storage, which the caller then no longer destroys.
+    static RCExpression_String* Adopting(RCByteString const& string);
+
     bool IsString() const override;
     RCByteString AsString() override;
+    RCByteString const* StringValue() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     void WriteDescription(DataArea* area, int indent) override;
 
 private:
+    struct AdoptTag {};
+    RCExpression_String(RCByteString const& string, AdoptTag) : fString(string) {}
+
     RCByteString fString;
 };
 
@@ -172,13 +186,14 @@ public:
     RCExpression_2(int op, RCExpression* left, RCExpression* right) : fOperator(op), fLeft(left), fRight(right) {}
     ~RCExpression_2() override;
 
+    RCExpression_2* AsBinary() override;
     bool IsNumber() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings) override;
     void WriteDescription(DataArea* area, int indent) override;
 
 private:
-    std::vector<RCExpression_2 const*> LeftSpine(RCExpression** bottom) const;
+    class LeftSpine;
 
     int fOperator;
     RCPtr<RCExpression> fLeft;
@@ -220,6 +235,10 @@ protected:
     int fArgc;
     RCExpression** fArgv;
     bool fAllNumbers;
+
+private:
+    static RCExpression** NewArgv(int argc);
+    static std::size_t ArgvBytes(int argc);
 };
 
 // $$BitField, $$Byte, $$Long and $$Word: they read the output, so they are always deferred.

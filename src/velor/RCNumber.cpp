@@ -5,18 +5,13 @@
 #include <cmath>
 #include <limits>
 
-long RCNumber::AsInteger() const {
-    if (fIsInteger) return fInteger;
+long RCNumber::DoubleAsInteger() const {
     if (std::isnan(fDouble)) return 0;
     // 2^63 is exact as a double; anything at or beyond it has no long of its own.
     constexpr double kLimit = 9223372036854775808.0;
     if (fDouble >= kLimit) return std::numeric_limits<long>::max();
     if (fDouble < -kLimit) return std::numeric_limits<long>::min();
     return static_cast<long>(fDouble);
-}
-
-double RCNumber::AsDouble() const {
-    return fIsInteger ? static_cast<double>(fInteger) : fDouble;
 }
 
 RCNumber RCNumber::Increment(long delta) {

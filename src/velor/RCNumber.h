@@ -11,13 +11,15 @@ public:
 
     bool IsInteger() const { return fIsInteger; }
     // A double is truncated toward zero; one beyond the range of long saturates and NaN gives 0.
-    long AsInteger() const;
-    double AsDouble() const;
+    long AsInteger() const { return fIsInteger ? fInteger : DoubleAsInteger(); }
+    double AsDouble() const { return fIsInteger ? static_cast<double>(fInteger) : fDouble; }
 
     // Adds delta in the number's own kind (integers wrap) and returns the new value.
     RCNumber Increment(long delta);
 
 private:
+    long DoubleAsInteger() const;
+
     union {
         long fInteger;
         double fDouble;

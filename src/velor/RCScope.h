@@ -9,6 +9,7 @@
 #pragma once
 
 #include "Assertion.h"
+#include "RCAlloc.h"
 
 struct UniqueStruct;
 
@@ -137,7 +138,7 @@ void release(L& list) {
 }
 
 template <class V>
-struct RCListItem {
+struct RCListItem : RCRecycled {
     explicit RCListItem(V value) : fNext(nullptr), fValue(value) {}
 
     RCListItem* fNext;
@@ -145,7 +146,7 @@ struct RCListItem {
 };
 
 template <class V>
-struct RCNamedListItem {
+struct RCNamedListItem : RCRecycled {
     RCNamedListItem(UniqueStruct* name, V value) : fNext(nullptr), fName(name), fValue(value) {}
 
     UniqueStruct* Name() const { return fName; }
@@ -190,7 +191,7 @@ struct RCScopeListItem : RCListItem<T*> {
 // One scope: the named objects visible in it. It has a link of its own so that it can be an item
 // of the scope stack.
 template <class T>
-class RCScopeList : public RCNamedList<RCScopeListItem<T>> {
+class RCScopeList : public RCNamedList<RCScopeListItem<T>>, public RCRecycled {
 public:
     RCScopeList() : fNext(nullptr) {}
 

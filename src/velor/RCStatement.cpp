@@ -158,7 +158,7 @@ long RCStatement::EvalNumber(RCExpression* expression, RCScanner* scanner) {
         scanner->Error(kMsg_NotNumeric, 0);
         return 0;
     }
-    RCBindings scratch(scanner->GetSymbolTable(), nullptr, 0, 0);
+    RCBindings scratch(scanner->GetSymbolTable());
     return expression->Evaluate(scanner, &scratch).AsInteger();
 }
 

@@ -100,17 +100,15 @@ bool RCStatement_ByteString::AddSymbolicValue(RCBindings* bindings, RCScanner* s
 
 bool RCStatement_ByteString::AddString(RCBindings* bindings, RCScanner* scanner, RCExpression* expression) {
     if (!expression) return false;
-    if (!expression->IsString()) {
+    RCByteString const* value = expression->StringValue();
+    if (!value) {
         scanner->Error(kMsg_ExpectedString, 0);
         return false;
     }
-    RCByteString value = expression->AsString();
-    bool added = AddString(bindings, scanner, value);
-    value.Destroy();
-    return added;
+    return AddString(bindings, scanner, *value);
 }
 
-bool RCStatement_ByteString::AddString(RCBindings* bindings, RCScanner* scanner, RCByteString& value) {
+bool RCStatement_ByteString::AddString(RCBindings* bindings, RCScanner* scanner, RCByteString const& value) {
     long startBit = bindings->GetResourceBit();
     bool added;
     if (fLengthExpr) {

@@ -30,7 +30,7 @@ public:
     // A string expression's value, laid in the field. A null expression fails without a message
     // of its own: whoever made it null has reported why.
     bool AddString(RCBindings* bindings, RCScanner* scanner, RCExpression* expression);
-    bool AddString(RCBindings* bindings, RCScanner* scanner, RCByteString& value);
+    bool AddString(RCBindings* bindings, RCScanner* scanner, RCByteString const& value);
 
     // "S" and the field's count, character and terminator sizes in bytes, as "S110" for pstring.
     char const* DescribeStringType() const;

@@ -20,6 +20,9 @@ namespace {
 // Offsets are 16-bit, so neither the header nor the text may pass this size in all.
 constexpr std::uint64_t kMaxResourceSize = 65535;
 
+constexpr std::uint64_t kTextStart = 64;
+constexpr std::uint64_t kTextStep = 256;
+
 // One entry of the index. Only id and offset go into the resource, in that order.
 struct Entry {
     std::uint16_t id;
@@ -54,7 +57,8 @@ void AddWord(RCBindings* bindings, RCScanner* scanner, std::uint16_t word) {
 
 bool RCStatement_MultiString::CreateResource(RCBindings* bindings, RCScanner* scanner) {
     std::vector<Entry> index;
-    DataArea text;
+    // Room for the few short strings of a usual table, so that appending them does not grow it.
+    DataArea text(kTextStart, kTextStep, false);
     while (scanner->TokenType() != kPPScan_RCurly) {
         long id = 0;
         if (!CreateResource_Long(scanner, bindings, &id)) return false;

@@ -72,7 +72,7 @@ RCStatement* RCStatement_Number::ParseNumber(RCScanner* scanner, bool isInteger)
 // symbolic-values = named-value { "," named-value }
 bool RCStatement_Number::ParseSymbolicValues(RCScanner* scanner, RCNamedList<RCNamedValue>& values) {
     // Values must be known now: the scratch bindings have no resource to refer to.
-    RCBindings scratch(scanner->GetSymbolTable(), nullptr, 0, 0);
+    RCBindings scratch(scanner->GetSymbolTable());
     RCNumber next(0L);
     for (;;) {
         RCPtr<RCNamedExpression> entry(

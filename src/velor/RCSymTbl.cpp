@@ -30,11 +30,14 @@ RCValueCell* RCSymbolTable::LookupStatic(UniqueStruct* name) const {
     return fStatics.Lookup(name);
 }
 
+// AddStatic pushes every static onto both lists at once, so the lists walk in step and no name is
+// looked up: a file with many statics pays for each once per resource, not once per static.
 void RCSymbolTable::ResetStatic() {
     RCScopeListIterator<RCValueCell> initialCells(*fInitialStatics.GetScope());
+    RCScopeListIterator<RCValueCell> cells(*fStatics.GetScope());
     while (RCScopeListItem<RCValueCell>* initial = initialCells.Next()) {
-        RCValueCell* aValueCell = LookupStatic(initial->Name());
-        VELOR_ASSERT(aValueCell != 0);
-        aValueCell->SetValue(initial->fValue->Value());
+        RCScopeListItem<RCValueCell>* cell = cells.Next();
+        VELOR_ASSERT(cell != nullptr && cell->Name() == initial->Name());
+        cell->fValue->SetValue(initial->fValue->Value());
     }
 }

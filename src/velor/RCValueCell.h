@@ -1,11 +1,12 @@
 // RCValueCell: a named number with a place in the output: a label, an auto or a static variable.
 #pragma once
 
+#include "RCAlloc.h"
 #include "RCNumber.h"
 
 struct UniqueStruct;
 
-class RCValueCell {
+class RCValueCell : public RCRecycled {
 public:
     // A cell made by a name alone: undefined, holding 0, until a label or an assignment sets it.
     explicit RCValueCell(UniqueStruct* name) : fName(name), fValue(), fWidth(32), fIsDefined(false) {}

@@ -54,6 +54,34 @@ TEST(DataArea, PutCharReturnsTheByteInsideTheDataAndTheArgumentWhenGrowing) {
     EXPECT_EQ(0x41, area.GetChar());
 }
 
+TEST(DataArea, AppendingWithinTheBlockGrowsTheDataWithoutTheHeap) {
+    DataArea area(4, 4, false);
+    EXPECT_EQ(0, HeapGrowth([&] {
+        for (int c : {1, 2, 3, 4}) EXPECT_EQ(c, area.PutChar(c));
+    }));
+    EXPECT_EQ(4u, area.GetSize());
+    EXPECT_EQ(4, HeapGrowth([&] { EXPECT_EQ(5, area.PutChar(5)); }));
+    EXPECT_EQ(5u, area.GetSize());
+}
+
+TEST(DataArea, ResetKeepsTheBlockAndSwapExchangesAreas) {
+    DataArea area(8, 8, false);
+    WriteText(area, "abc");
+    area.MacHLock();
+    area.MacHLock();
+    area.Reset();
+    EXPECT_EQ(0u, area.GetSize());
+    EXPECT_EQ(0u, area.GetCursor());
+    EXPECT_EQ(8u, area.GetAllocated());
+
+    DataArea empty;
+    empty.Swap(area);
+    EXPECT_FALSE(area.HasBlock());
+    EXPECT_TRUE(empty.HasBlock());
+    WriteText(empty, "xy");
+    EXPECT_EQ(0, std::memcmp(empty.GetData(0), "xy", 2));
+}
+
 TEST(DataArea, ReadStopsAtTheEndOfTheData) {
     DataArea area(0, 16, false);
     WriteText(area, "abcdef");

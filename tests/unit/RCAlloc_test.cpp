@@ -13,7 +13,7 @@ namespace {
 TEST(RCAllocSmall, BlocksOfEverySizeStayApartAcrossReuse) {
     std::vector<std::pair<unsigned char*, std::size_t>> blocks;
     for (int round = 0; round < 2; ++round) {
-        for (std::size_t size = 0; size <= 300; size += 7) {
+        for (std::size_t size = 0; size <= 700; size += 7) {
             auto* block = static_cast<unsigned char*>(RCAllocSmall(size));
             ASSERT_NE(block, nullptr);
             std::memset(block, static_cast<int>(size & 0xFF), size);

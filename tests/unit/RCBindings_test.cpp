@@ -409,6 +409,20 @@ TEST_F(RCBindingsTest, StaticsComeFromTheSymbolTable) {
     EXPECT_EQ(bindings.Close(), "05");
 }
 
+// The output area of one resource serves the next; nothing of the first shows through.
+TEST(RCBindingsReuse, ANewResourceStartsFromEmptyOutput) {
+    RCTestScanner scanner{""};
+    {
+        RCTestBindings first{scanner};
+        first->AddValue(scanner, RCNumber(-1L), 32, true);
+        EXPECT_EQ(first.Close(), "FF FF FF FF");
+    }
+    RCTestBindings second{scanner};
+    second->AddValue(scanner, RCNumber(1L), 3, true);
+    second->AddValue(scanner, RCNumber(0L), 13, true);
+    EXPECT_EQ(second.Close(), "20 00");
+}
+
 TEST(RCBindingsWithoutFrame, FindsNoNames) {
     RCSymbolTable symbols;
     RCBindings bindings(&symbols, nullptr, 0, 0);

@@ -180,6 +180,47 @@ TEST_F(RCExpressionTest, ReduceLeavesTheParsedTreeForTheNextResource) {
     }
 }
 
+// Parses a text and reduces it inside a type instance, keeping the reduced tree and the messages
+// of the reduction.
+class RCReduction {
+public:
+    explicit RCReduction(char const* text) : fScanner(text), fBindings(fScanner) {
+        RCPtr<RCExpression> expression(RCExpression::ParseExpression(fScanner, -1));
+        EXPECT_TRUE(expression) << text;
+        if (!expression) return;
+        RCCapturedMessages messages;
+        fReduced = expression->Reduce(fScanner, fBindings.get(), fIsConstant);
+        fMessages = messages.Text();
+    }
+
+    RCTestScanner fScanner;
+    RCTestBindings fBindings;
+    RCPtr<RCExpression> fReduced;
+    bool fIsConstant = false;
+    std::string fMessages;
+};
+
+// Folding holds literals as values, but a constant that is not a literal is still evaluated where
+// its fold happens: after everything on its right was reduced.
+TEST(RCExpressionFolding, KeepsTheOrderOfMessages) {
+    RCReduction reduction("\"a\" + 1.5 % 2 ? 1 : 2");
+    std::size_t floatMessage = reduction.fMessages.find("Operator '%' cannot be used with floating point values");
+    std::size_t numericMessage = reduction.fMessages.find("Expression must be numeric.");
+    ASSERT_NE(floatMessage, std::string::npos);
+    ASSERT_NE(numericMessage, std::string::npos);
+    EXPECT_LT(floatMessage, numericMessage);
+}
+
+// Literals around a value not known yet stay in the reduced tree and count when it is evaluated.
+TEST(RCExpressionFolding, KeepsTheLiteralsBesideAnUnknownPart) {
+    RCReduction reduction("1 + later * 2 + 3");
+    ASSERT_TRUE(reduction.fReduced);
+    EXPECT_FALSE(reduction.fIsConstant);
+    EXPECT_NE(reduction.fMessages.find("Undefined name 'later'."), std::string::npos);
+    reduction.fBindings->LookupValue(uniqueOf("later"))->SetValue(RCNumber(10L));
+    EXPECT_EQ(reduction.fReduced->Evaluate(reduction.fScanner, reduction.fBindings.get()).AsInteger(), 24);
+}
+
 TEST_F(RCExpressionTest, ANameWithoutBindingsFrameIsUndefined) {
     RCTestScanner scanner("ghost + 1");
     RCSymbolTable symbols;
