@@ -300,7 +300,7 @@ int PP_CScanner::PrivNumber(int c, int* error) {
             return PrivFraction(error);
         if (isExponentMark(next))
             return PrivExponent(error);
-        return PrivFixedSuffix(kPPScan_Decimal, error);
+        return PrivFixedSuffix(kPPScan_Decimal, next, error);
     }
     int next = PrivSkipAndPeek();
     if (next == 'x' || next == 'X')
@@ -311,13 +311,13 @@ int PP_CScanner::PrivNumber(int c, int* error) {
         SkipRun(kPPChar_Octal);
         next = CookedPeekChar();
         if (next != '.' && !isExponentMark(next))
-            return PrivFixedSuffix(kPPScan_Octal, error);
+            return PrivFixedSuffix(kPPScan_Octal, next, error);
     }
     if (next == '.')
         return PrivFraction(error);
     if (isExponentMark(next))
         return PrivExponent(error);
-    return PrivFixedSuffix(kPPScan_Zero, error);
+    return PrivFixedSuffix(kPPScan_Zero, next, error);
 }
 
 // The cursor is on the x or b of the prefix.
@@ -327,14 +327,14 @@ int PP_CScanner::PrivRadixNumber(unsigned char digitClass, int token, int* error
         return kPPScan_None;
     }
     SkipRun(digitClass);
-    return PrivFixedSuffix(token, error);
+    return PrivFixedSuffix(token, CookedPeekChar(), error);
 }
 
 // At most one U and one L, in either order, and nothing of a name or number directly behind.
-int PP_CScanner::PrivFixedSuffix(int token, int* error) {
+int PP_CScanner::PrivFixedSuffix(int token, int c, int* error) {
     bool sawUnsigned = false;
     bool sawLong = false;
-    for (int c = CookedPeekChar(); isidentchar(c); c = PrivSkipAndPeek()) {
+    for (; isidentchar(c); c = PrivSkipAndPeek()) {
         bool const isUnsigned = c == 'u' || c == 'U';
         if (!isUnsigned && c != 'l' && c != 'L')
             return badNumber(error);

@@ -210,7 +210,8 @@ private:
     int PrivNumber(int c, int* error);
     int PrivRadixNumber(unsigned char digitClass, int token, int* error);
     int PrivPunctuation(int c, int* error);
-    int PrivFixedSuffix(int token, int* error);
+    // `c` is the character behind the digits, peeked already.
+    int PrivFixedSuffix(int token, int c, int* error);
     int PrivFraction(int* error);
     int PrivExponent(int* error);
     int PrivFloatSuffix(int* error);
