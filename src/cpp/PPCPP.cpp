@@ -69,7 +69,8 @@ bool PP_CPP::SkipPlainSeparator() {
 }
 
 // Directives and the ends of inputs never reach the caller, except the end of the last input.
-// Only a token of its own can begin with the no-expand mark, and such a token is dropped.
+// The no-expand mark is a byte of no class, so only a token of kPPScan_Other can begin with it;
+// such a token is dropped.
 inline int PP_CPP::NextSurvivingToken(int* error) {
     for (;;) {
         int token;
