@@ -166,7 +166,7 @@ void PP_CScanner::SkipRun(unsigned char classes) {
 bool PP_CScanner::SkipBlanksToEOL() {
     if (!iswhite(CookedPeekChar()))
         return false;
-    SkipRun(kPPChar_Blank);
+    SkipBlanks();
     return true;
 }
 
@@ -195,7 +195,7 @@ int PP_CScanner::GetNextToken(int* error) {
     *error = 0;
     int c = CookedPeekChar();
     if (iswhite(c)) {
-        SkipRun(kPPChar_Blank);
+        SkipBlanks();
         return kPPScan_White;
     }
     if (c == -1)

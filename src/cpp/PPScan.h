@@ -158,7 +158,7 @@ public:
     bool SkipPlainBlanks() {
         if (!iswhite(RawPeekChar()))
             return false;
-        SkipRun(kPPChar_Blank);
+        SkipBlanks();
         return true;
     }
     bool SkipPlainLineEnds() {
@@ -189,6 +189,12 @@ private:
             IncrLineno();
     }
     int PrivPeekChar();
+    // The cursor is on a blank: takes it and every blank behind it. Most white space between
+    // tokens is one blank, taken without the run's loop.
+    void SkipBlanks() {
+        if (iswhite(PrivSkipAndPeek()))
+            SkipRun(kPPChar_Blank);
+    }
     // The cursor is on a line end: takes it and every line end behind it.
     void SkipLineEnds() {
         do
