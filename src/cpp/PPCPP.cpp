@@ -42,11 +42,36 @@ PP_CPP::~PP_CPP() {
     fMemory->ReleaseTemp();
 }
 
+int PP_CPP::GetNextToken(int* error, bool keepSpace) {
+    for (;;) {
+        ++fTokenCount;
+        // Blanks and line ends in copied text would come back unchanged through every layer, so
+        // a caller that drops them has them taken right here, each run as a request of its own.
+        if (!keepSpace && CanCopyTokens() && SkipPlainSeparator())
+            continue;
+        if (InSourceText())
+            fStartingLineno = fScanner.GetLineno();
+        int token = NextSurvivingToken(error);
+        if (keepSpace || *error != 0 || !isSpaceToken(token))
+            return token;
+    }
+}
+
+// The white space or line end token that would be read at the cursor, taken without the layers
+// below when it begins right there.
+bool PP_CPP::SkipPlainSeparator() {
+    if (fScanner.SkipPlainBlanks())
+        return true;
+    if (!fScanner.SkipPlainLineEnds())
+        return false;
+    fAtLineStart = true;
+    return true;
+}
+
 // Directives and the ends of inputs never reach the caller, except the end of the last input.
-int PP_CPP::GetNextToken(int* error) {
-    ++fTokenCount;
-    if (InSourceText())
-        fStartingLineno = fScanner.GetLineno();
+// The no-expand mark is a byte of no class, so only a token of kPPScan_Other can begin with it;
+// such a token is dropped.
+inline int PP_CPP::NextSurvivingToken(int* error) {
     for (;;) {
         int token;
         if (CanCopyTokens()) {
@@ -65,7 +90,6 @@ int PP_CPP::GetNextToken(int* error) {
                 return token;
             continue;
         case kPPScan_EOL:
-            ++fEOLCount;
             fAtLineStart = true;
             break;
         case kPPScan_White:
@@ -77,10 +101,12 @@ int PP_CPP::GetNextToken(int* error) {
             }
             fAtLineStart = false;
             break;
-        default:
+        case kPPScan_Other:
             fAtLineStart = false;
             if (beginsWithNoExpandMark(GetTokenText()))
                 continue;
+            break;
+        default: fAtLineStart = false;
         }
         if (CanCopyTokens())
             return token;

@@ -36,7 +36,10 @@ public:
     // A subclass pops all inputs before this runs.
     virtual ~PP_CPP();
 
-    virtual int GetNextToken(int* error);
+    // The next token that survives directives and skipped text. Without `keepSpace`, white space,
+    // comments and line ends are read past here, each one still counted as a request of its own,
+    // as though the caller had asked for it and dropped it.
+    int GetNextToken(int* error, bool keepSpace = true);
     virtual void DoIncludeLine(char* line) = 0;
     virtual void DoPragmaLine();
     virtual void DoErrorLine(char* line);
@@ -78,7 +81,8 @@ protected:
     void SetIfState(IfState state) { fIfStates[fIfDepth] = state; }
     void PopIfState() { --fIfDepth; }
 
-    void DoPreprocessorLine();
+    // Kept out of the token loop, whose frame stays small that way.
+    [[gnu::noinline]] void DoPreprocessorLine();
     void DoIf(int kind);
     void DoElif();
     void DoElse();
@@ -93,7 +97,6 @@ protected:
     PP_CMacroTable* fMacroTable;
     unsigned long fStartingLineno = 1;
     unsigned long fTokenCount = 0;
-    unsigned long fEOLCount = 0;
     bool fAtLineStart = true;
     PP_CInput fBaseInput;
     int fIfDepth = 0;
@@ -102,6 +105,8 @@ protected:
 private:
     static constexpr int kMaxIfDepth = 31;
 
+    bool SkipPlainSeparator();
+    int NextSurvivingToken(int* error);
     void ReadExpandedTokens(PP_CWriterHelper& out, int* conditionError);
     void ReadDefinedOperand(PP_CWriterHelper& out, int* error);
     PP_CInput const* NearestFileBelowTop() const;

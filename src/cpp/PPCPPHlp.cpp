@@ -24,10 +24,6 @@ constexpr int kMaxExpansionDepth = 256;
 // So the bytes that expansion scans and copies are counted against a budget for the file (see
 // fgExpansionAllowance).
 
-bool isSpaceToken(int token) {
-    return token == kPPScan_EOL || token == kPPScan_White || token == kPPScan_Comment;
-}
-
 bool isWord(PP_CTextReader text, char const* word) {
     unsigned long length = std::strlen(word);
     return text.Readable() == length && std::memcmp(text.GetReadPtr(), word, length) == 0;
@@ -45,6 +41,21 @@ void addToken(PP_CExpansionBuilder& out, PP_CScanner& scanner, PP_CExpansionText
         out.AddText(scanner.GetTokenText());
     else
         out.AddStretch(source, scanner.GetTokenText());
+}
+
+// Whether prepared object-like text expands to itself: expansion copies it token by token, and
+// with no identifier among them and no continuation to remove, the copy is the text.
+bool expandsToItself(char const* text) {
+    PP_CTextReader reader(text, std::strlen(text));
+    PP_CScanner scanner(&reader);
+    for (;;) {
+        int error;
+        int token = scanner.GetNextToken(&error);
+        if (token == kPPScan_EOF)
+            return true;
+        if (token == kPPScan_Ident || scanner.TokenTextIsCooked())
+            return false;
+    }
 }
 
 // Reads the index byte behind a kPP_MacroParam. A NUL there ends the text and is not passed.
@@ -87,14 +98,13 @@ PP_CPPHelper::PP_CPPHelper(PP_CPP* pp, PP_CMemoryManager* memory, PP_CMacroTable
 
 PP_CPPHelper::~PP_CPPHelper() { fMemory->FreePerm(fScratch.GetStart()); }
 
-int PP_CPPHelper::GetCookedToken(int* error) {
-    for (;;) {
-        int token = GetRawToken(error);
-        if (*error != 0 || token != kPPScan_Ident || fExpansionStopped || CookedPeekChar() == kPP_MacroNoExpand)
+int PP_CPPHelper::ExpandIdentifier(int* error) {
+    int token = kPPScan_Ident;
+    do {
+        if (CookedPeekChar() == kPP_MacroNoExpand)
             return token;
-        PP_CTextReader name = GetTokenText();
-        PP_MacroBody* body = fMacroTable->LookupMacro(name.GetReadPtr(), name.Readable());
-        if (body == nullptr || body->fMacroText == nullptr)
+        PP_MacroBody* body = DefinedMacro(GetTokenText());
+        if (body == nullptr)
             return token;
         PP_MacroLink* link = fPP->GetInputSrc()->fMacroLink;
         if (HasBeenExpanded(body, link))
@@ -111,9 +121,18 @@ int PP_CPPHelper::GetCookedToken(int* error) {
         PP_CInput* input = fMemory->AllocInput(copy, text.Readable());
         input->fMacroLink = link;
         fPP->PushInput(input);
+        token = GetRawToken(error);
         if (!expanded)
-            return GetRawToken(error);
-    }
+            return token;
+    } while (MayCallMacro(token, *error));
+    return token;
+}
+
+PP_MacroBody* PP_CPPHelper::DefinedMacro(PP_CTextReader name) {
+    if (!fMacroTable->MayHold(name.GetReadPtr(), name.Readable()))
+        return nullptr;
+    PP_MacroBody* body = fMacroTable->LookupMacro(name.GetReadPtr(), name.Readable());
+    return body != nullptr && body->fMacroText != nullptr ? body : nullptr;
 }
 
 bool PP_CPPHelper::HasBeenExpanded(PP_MacroBody* body, PP_MacroLink* link) {
@@ -185,16 +204,21 @@ PP_CExpansionText PP_CPPHelper::ExpandSpecialMacro(PP_MacroBody* body, PP_MacroL
 }
 
 PP_CExpansionText PP_CPPHelper::ExpandObjectMacro(PP_MacroBody* body, PP_MacroLink* link) {
-    PP_CTextReader text(body->fMacroText, std::strlen(body->fMacroText));
-    return ExpandMacroText(PP_CExpansionText::Stable(text), PP_MacroLink::Alloc(fMemory, body, link));
+    using SelfExpansion = PP_MacroBody::SelfExpansion;
+    PP_CExpansionText const text = PP_CExpansionText::Stable(PP_CTextReader(body->fMacroText, std::strlen(body->fMacroText)));
+    if (body->fSelfExpansion == SelfExpansion::kUnknown)
+        body->fSelfExpansion = expandsToItself(body->fMacroText) ? SelfExpansion::kYes : SelfExpansion::kNo;
+    if (body->fSelfExpansion == SelfExpansion::kNo)
+        return ExpandMacroText(text, PP_MacroLink::Alloc(fMemory, body, link));
+    // What the scan would have cost is charged all the same.
+    EnterExpansion(text.Reader().Readable());
+    return text;
 }
 
 // Expands every macro in `text`. An identifier of a macro that is in the chain gets the
 // no-expand mark behind it, so that it is never expanded again in whatever text it reaches.
 PP_CExpansionText PP_CPPHelper::ExpandMacroText(PP_CExpansionText const& text, PP_MacroLink* link) {
-    if (fExpansionDepth == kMaxExpansionDepth)
-        StopExpansion();
-    ChargeExpansion(text.Reader().Readable());
+    EnterExpansion(text.Reader().Readable());
     ++fExpansionDepth;
     PP_CUseTempMem inUse(fMemory);
     PP_CTextReader reader = text.Reader();
@@ -205,14 +229,13 @@ PP_CExpansionText PP_CPPHelper::ExpandMacroText(PP_CExpansionText const& text, P
         int token = local.GetNextToken(&error);
         if (token == kPPScan_EOF)
             break;
-        PP_CTextReader tokenText = local.GetTokenText();
         PP_MacroBody* body = nullptr;
         if (token == kPPScan_Ident && !fExpansionStopped && local.CookedPeekChar() != kPP_MacroNoExpand)
-            body = fMacroTable->LookupMacro(tokenText.GetReadPtr(), tokenText.Readable());
-        if (body != nullptr && body->fMacroText != nullptr)
+            body = DefinedMacro(local.GetTokenText());
+        if (body != nullptr)
             // The chain that HasBeenExpanded walks is at most as long as the nest is deep.
             ChargeExpansion(static_cast<unsigned long>(fExpansionDepth));
-        if (body == nullptr || body->fMacroText == nullptr) {
+        if (body == nullptr) {
             addToken(out, local, &text);
         } else if (HasBeenExpanded(body, link)) {
             addToken(out, local, &text);
@@ -224,6 +247,12 @@ PP_CExpansionText PP_CPPHelper::ExpandMacroText(PP_CExpansionText const& text, P
     }
     --fExpansionDepth;
     return out.Take();
+}
+
+void PP_CPPHelper::EnterExpansion(unsigned long bytes) {
+    if (fExpansionDepth == kMaxExpansionDepth)
+        StopExpansion();
+    ChargeExpansion(bytes);
 }
 
 void PP_CPPHelper::StopExpansion() {

@@ -33,8 +33,11 @@ public:
     int CookedPeekChar() { return fCurScanner->CookedPeekChar(); }
     int CookedGetChar() { return fCurScanner->CookedGetChar(); }
     void SkipChar() { fCurScanner->SkipChar(); }
-    // The next token with macro calls resolved.
-    int GetCookedToken(int* error);
+    // The next token with macro calls resolved. Only an identifier goes further than the scanner.
+    int GetCookedToken(int* error) {
+        int token = GetRawToken(error);
+        return MayCallMacro(token, *error) ? ExpandIdentifier(error) : token;
+    }
 
     static bool HasBeenExpanded(PP_MacroBody* body, PP_MacroLink* link);
     // `source` is the text that `scanner` reads, or null when it reads the input stack.
@@ -65,12 +68,19 @@ public:
     void SkipTokensAndEOL();
 
 private:
+    bool MayCallMacro(int token, int error) const { return token == kPPScan_Ident && error == 0 && !fExpansionStopped; }
+    // The macro that an identifier calls if it is defined, else null.
+    PP_MacroBody* DefinedMacro(PP_CTextReader name);
+    // The scanner has just read an identifier: expands it and what its expansion begins with.
+    int ExpandIdentifier(int* error);
     bool AtLineEnd();
     bool NextBodyToken(int* token, int* code);
     bool SkipToCallParenthesis(PP_CScanner* scanner, bool allowPop);
     PP_CExpansionText NameStandingForItself(PP_MacroBody* body, bool sawSpace);
     void PasteActual(PP_CExpansionBuilder& out, PP_CExpansionText const& actual);
     char* CopyToScratch(PP_CTextReader text);
+    // The checks at the start of an expansion of `bytes` of text: the depth and the budget.
+    void EnterExpansion(unsigned long bytes);
     // Reports "expression too complex" once and expands no macro of the file from then on.
     void StopExpansion();
     // Counts bytes scanned or copied by expansion, and stops it once the budget is spent.

@@ -26,6 +26,7 @@ void PP_MacroBody::Undefine(PP_CMemoryManager* memory) {
     fFormals = nullptr;
     fMacroText = nullptr;
     fParamCount = -1;
+    fSelfExpansion = SelfExpansion::kUnknown;
 }
 
 void PP_MacroBody::Destroy(PP_CMemoryManager* memory) {
@@ -43,32 +44,35 @@ bool PP_CMacroTable::IsMacroDefined(char const* name, unsigned long length) {
     return body != nullptr && body->fMacroText != nullptr;
 }
 
-std::uint32_t PP_CMacroTable_Basic::Signature(char const* name, unsigned long length) {
-    std::uint32_t signature = static_cast<std::uint32_t>(length << 8);
-    for (unsigned long i = 0; i < length; ++i)
-        signature += static_cast<std::uint32_t>(static_cast<signed char>(name[i]));
-    return signature;
-}
-
 namespace {
 
-// FNV-1a over the name's bytes.
-std::uint32_t NameHash(char const* name, unsigned long length) {
-    std::uint32_t hash = 2166136261u;
+// The two keys of a name: the chain's hash, FNV-1a over its bytes, and the additive signature.
+// Every identifier of the input is looked up, so both are taken in one pass.
+struct NameKeys {
+    std::uint32_t fHash;
+    std::uint32_t fSignature;
+};
+
+NameKeys KeysOf(char const* name, unsigned long length) {
+    NameKeys keys{2166136261u, static_cast<std::uint32_t>(length << 8)};
     for (unsigned long i = 0; i < length; ++i) {
-        hash ^= static_cast<unsigned char>(name[i]);
-        hash *= 16777619u;
+        keys.fHash = (keys.fHash ^ static_cast<unsigned char>(name[i])) * 16777619u;
+        keys.fSignature += static_cast<std::uint32_t>(static_cast<signed char>(name[i]));
     }
-    return hash;
+    return keys;
 }
 
 }  // namespace
 
+std::uint32_t PP_CMacroTable_Basic::Signature(char const* name, unsigned long length) {
+    return KeysOf(name, length).fSignature;
+}
+
 PP_MacroBody* PP_CMacroTable_Basic::LookupMacro(char const* name, unsigned long length) {
-    std::uint32_t signature = Signature(name, length);
-    for (PP_MacroEntry* entry = BucketOf(NameHash(name, length)); entry != nullptr; entry = entry->fNext) {
+    NameKeys const keys = KeysOf(name, length);
+    for (PP_MacroEntry* entry = BucketOf(keys.fHash); entry != nullptr; entry = entry->fNext) {
         char const* candidate = entry->fBody->fName;
-        if (entry->fSignature == signature && std::strncmp(name, candidate, length) == 0 && candidate[length] == 0)
+        if (entry->fSignature == keys.fSignature && std::strncmp(name, candidate, length) == 0 && candidate[length] == 0)
             return entry->fBody;
     }
     return nullptr;
@@ -77,11 +81,12 @@ PP_MacroBody* PP_CMacroTable_Basic::LookupMacro(char const* name, unsigned long 
 PP_MacroBody* PP_CMacroTable_Basic::EnterMacro(char const* name, PP_MacroType type, bool canRedefine) {
     if (fEntryCount >= fBuckets.size())
         GrowBuckets();
-    unsigned long length = std::strlen(name);
-    std::uint32_t hash = NameHash(name, length);
+    unsigned long const length = std::strlen(name);
+    NoteName(name, length);
+    NameKeys const keys = KeysOf(name, length);
     PP_MacroBody* body = new (fMemory, PP_AllocPerm()) PP_MacroBody(fMemory, name, type, canRedefine);
-    PP_MacroEntry*& head = BucketOf(hash);
-    head = new (fMemory, PP_AllocPerm()) PP_MacroEntry{head, body, Signature(name, length), hash};
+    PP_MacroEntry*& head = BucketOf(keys.fHash);
+    head = new (fMemory, PP_AllocPerm()) PP_MacroEntry{head, body, keys.fSignature, keys.fHash};
     ++fEntryCount;
     return body;
 }

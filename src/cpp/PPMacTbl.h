@@ -3,6 +3,8 @@
 #ifndef PPMACTBL_H
 #define PPMACTBL_H
 
+#include <algorithm>
+#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -42,6 +44,10 @@ struct PP_MacroBody {
     short fParamCount = -1;      // -1: no parameter list
     PP_MacroType fMacroType;
     bool fCanRedefine;
+    // Whether object-like text expands to itself, so that expansion need not scan it: found out
+    // at the first expansion of each definition.
+    enum class SelfExpansion : unsigned char { kUnknown, kYes, kNo };
+    SelfExpansion fSelfExpansion = SelfExpansion::kUnknown;
 };
 
 struct PP_MacroEntry {
@@ -76,6 +82,27 @@ public:
     virtual PP_MacroBody* LookupMacro(char const* name, unsigned long length) = 0;
     virtual void UndefineMacro(PP_MacroBody* body) = 0;
     virtual bool IsMacroDefined(char const* name, unsigned long length);
+
+    // False when no record of `name` exists: every identifier of the input is asked about, and
+    // most are told from all macros this way, by their first byte and length, without a lookup.
+    bool MayHold(char const* name, unsigned long length) const {
+        return length == 0 || fNamesEntered.test(NameKey(name, length));
+    }
+
+protected:
+    // Every implementation notes here each name it makes a record for.
+    void NoteName(char const* name, unsigned long length) {
+        if (length != 0)
+            fNamesEntered.set(NameKey(name, length));
+    }
+
+private:
+    static constexpr std::size_t kLengthKeys = 16;
+    static std::size_t NameKey(char const* name, unsigned long length) {
+        return static_cast<unsigned char>(name[0]) * kLengthKeys + std::min<std::size_t>(length, kLengthKeys - 1);
+    }
+
+    std::bitset<256 * kLengthKeys> fNamesEntered;
 };
 
 // The one implementation: 101 hash chains that never rehash.

@@ -11,14 +11,9 @@ int gCurrentLanguage = 0;
 
 namespace {
 
-constexpr int kLF = 10;
-constexpr int kCR = 13;
-constexpr int kBackslash = '\\';
-constexpr int kMacRomanNoBreakSpace = 202;
 
-bool isDecimalDigit(int c) { return c >= '0' && c <= '9'; }
-bool isBinaryDigit(int c) { return c == '0' || c == '1'; }
-bool isHexDigit(int c) { return isDecimalDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
+bool isDecimalDigit(int c) { return inCharClass(c, kPPChar_Decimal); }
+bool isHexDigit(int c) { return inCharClass(c, kPPChar_Hex); }
 bool isExponentMark(int c) { return c == 'e' || c == 'E'; }
 bool isDoubleByteLanguage() { return gCurrentLanguage >= 1 && gCurrentLanguage <= 4; }
 
@@ -77,18 +72,6 @@ int badNumber(int* error) {
 
 } // namespace
 
-bool isEOL(int c) { return c == kLF || c == kCR; }
-
-// The blanks of the C locale without the line ends, tested directly: this runs for every byte
-// between tokens, and the locale's table would cost a call each time.
-bool iswhite(int c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f' || c == kMacRomanNoBreakSpace; }
-
-bool isident(int c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '$'; }
-
-bool isodigit(int c) { return c >= '0' && c <= '7'; }
-
-bool isidentchar(int c) { return isident(c) || isDecimalDigit(c); }
-
 int letterEscapeValue(int letter) {
     switch (letter) {
     case 'a': return 7;
@@ -102,8 +85,12 @@ int letterEscapeValue(int letter) {
     }
 }
 
+bool IsDoubleByteToken(int token) {
+    return token == kPPScan_DBString || token == kPPScan_DBHexString || token == kPPScan_DBChar;
+}
+
 bool IsLeadingByte(int byte, int token) {
-    if (token != kPPScan_DBString && token != kPPScan_DBHexString && token != kPPScan_DBChar)
+    if (!IsDoubleByteToken(token))
         return false;
     switch (gCurrentLanguage) {
     case 2: return byte >= 0xA1 && byte <= 0xFC;
@@ -118,26 +105,10 @@ PP_CScanner::PP_CScanner(PP_CTextReader* input)
 
 PP_CScanner::~PP_CScanner() { delete[] fCookBuffer; }
 
-int PP_CScanner::RawGetChar() {
-    if (fInput->IsEOF())
-        return -1;
-    ++fCharPos;
-    return fInput->GetChar();
-}
-
 void PP_CScanner::RawUnGetChar() {
     fInput->UnGetChar();
     --fCharPos;
     VELOR_ASSERT(!isEOL(RawPeekChar()));
-}
-
-// Consumes one byte. CR, LF and CR LF each count as one line end.
-void PP_CScanner::PrivSkipChar() {
-    int c = RawGetChar();
-    if (c == kCR && RawPeekChar() == kLF)
-        RawGetChar();
-    if (isEOL(c))
-        IncrLineno();
 }
 
 // The cursor is on a backslash: folds away backslash-newline pairs and answers the character
@@ -147,35 +118,25 @@ int PP_CScanner::PrivPeekChar() {
         PrivSkipChar();
         if (!isEOL(RawPeekChar())) {
             RawUnGetChar();
-            return kBackslash;
+            return kPPChar_Backslash;
         }
         fHasContinuation = true;
         PrivSkipChar();
         int c = RawPeekChar();
-        if (c != kBackslash)
+        if (c != kPPChar_Backslash)
             return c;
     }
-}
-
-int PP_CScanner::CookedPeekChar() {
-    int c = RawPeekChar();
-    return c == kBackslash ? PrivPeekChar() : c;
-}
-
-int PP_CScanner::PrivSkipAndPeek() {
-    PrivSkipChar();
-    return CookedPeekChar();
 }
 
 // Unlike PrivSkipChar this counts a line only for CR: a lone LF taken here is not counted.
 // Callers depend on that asymmetry, so it stays.
 int PP_CScanner::CookedGetChar() {
     int c = RawGetChar();
-    if (c == kCR) {
-        if (RawPeekChar() == kLF)
+    if (c == kPPChar_CR) {
+        if (RawPeekChar() == kPPChar_LF)
             RawGetChar();
         IncrLineno();
-    } else if (c == kBackslash) {
+    } else if (c == kPPChar_Backslash) {
         RawUnGetChar();
         c = PrivPeekChar();
         PrivSkipChar();
@@ -183,15 +144,29 @@ int PP_CScanner::CookedGetChar() {
     return c;
 }
 
-void PP_CScanner::SkipWhile(bool (*inClass)(int)) {
-    while (inClass(CookedPeekChar()))
+// Takes characters while they are in one of `classes`, which hold no line end. Such a character
+// is one raw byte that PrivSkipChar would just step over, so a run of them is taken by a tight
+// loop over the raw bytes. The loop stops at a backslash, behind which a continuation may hide
+// more of the run: there the cooked peek decides, as it does for every character on the slow path.
+void PP_CScanner::SkipRun(unsigned char classes) {
+    for (;;) {
+        char const* const start = fInput->GetReadPtr();
+        char const* const end = fInput->GetEndPtr();
+        char const* p = start;
+        while (p != end && (charClassOf(static_cast<unsigned char>(*p)) & classes) != 0)
+            ++p;
+        fInput->SkipTo(p);
+        fCharPos += static_cast<unsigned long>(p - start);
+        if (p == end || *p != kPPChar_Backslash || !inCharClass(PrivPeekChar(), classes))
+            return;
         PrivSkipChar();
+    }
 }
 
 bool PP_CScanner::SkipBlanksToEOL() {
     if (!iswhite(CookedPeekChar()))
         return false;
-    SkipWhile(iswhite);
+    SkipBlanks();
     return true;
 }
 
@@ -218,13 +193,15 @@ int PP_CScanner::GetNextToken(int* error) {
     fTokenStart = fInput->GetReadPtr();
     fHasContinuation = false;
     *error = 0;
-    if (SkipBlanksToEOL())
-        return kPPScan_White;
     int c = CookedPeekChar();
+    if (iswhite(c)) {
+        SkipBlanks();
+        return kPPScan_White;
+    }
     if (c == -1)
         return kPPScan_EOF;
     if (isEOL(c)) {
-        SkipWhile(isEOL);
+        SkipLineEnds();
         return kPPScan_EOL;
     }
     return PrivNextToken(c, error);
@@ -242,6 +219,8 @@ int PP_CScanner::PrivNextToken(int c, int* error) {
 
 // Identifiers, `$` hexadecimal numbers and the literals with an L, J or $ prefix.
 int PP_CScanner::PrivPrefixedToken(int c, int* error) {
+    if (c != '$' && c != 'L' && c != 'l' && c != 'J' && c != 'j')
+        return PrivIdentifier();
     bool const doubleByte = isDoubleByteLanguage();
     int next = PrivSkipAndPeek();
     switch (c) {
@@ -255,7 +234,7 @@ int PP_CScanner::PrivPrefixedToken(int c, int* error) {
             return PrivIdentifier();
         }
         if (isHexDigit(next)) {
-            SkipWhile(isHexDigit);
+            SkipRun(kPPChar_Hex);
             return kPPScan_DollarHex;
         }
         return PrivIdentifier();
@@ -275,16 +254,22 @@ int PP_CScanner::PrivPrefixedToken(int c, int* error) {
 }
 
 int PP_CScanner::PrivIdentifier() {
-    SkipWhile(isidentchar);
+    SkipRun(kPPChar_Ident);
     return kPPScan_Ident;
 }
 
 // The cursor is on the opening quote. A lead byte of a double-byte literal takes its trail
-// byte with it unseen, so that a trail byte equal to a quote or backslash ends nothing.
+// byte with it unseen, so that a trail byte equal to a quote or backslash ends nothing. Outside
+// double-byte literals a run of bytes that can end nothing is taken at once.
 int PP_CScanner::PrivLiteral(int quote, int token, int* error) {
+    bool const plainRuns = !IsDoubleByteToken(token);
+    PrivSkipChar();
     for (;;) {
-        int c = PrivSkipAndPeek();
+        if (plainRuns)
+            SkipRun(kPPChar_LiteralPlain);
+        int c = CookedPeekChar();
         if (IsLeadingByte(c & 255, token)) {
+            PrivSkipChar();
             PrivSkipChar();
             continue;
         }
@@ -292,81 +277,79 @@ int PP_CScanner::PrivLiteral(int quote, int token, int* error) {
             *error = kPPErr_EOFInString;
             return token;
         }
-        if (c == kBackslash) {
+        if (c == kPPChar_Backslash) {
             PrivSkipChar();
             if (isEOL(RawPeekChar()))
                 fHasContinuation = true;
-            continue;
-        }
-        if (isEOL(c)) {
+        } else if (isEOL(c)) {
             *error = kPPErr_EOLInString;
             return token;
-        }
-        if (c == quote) {
+        } else if (c == quote) {
             PrivSkipChar();
             return token;
         }
+        PrivSkipChar();
     }
 }
 
 int PP_CScanner::PrivNumber(int c, int* error) {
     if (c != '0') {
-        SkipWhile(isDecimalDigit);
+        SkipRun(kPPChar_Decimal);
         int next = CookedPeekChar();
         if (next == '.')
             return PrivFraction(error);
         if (isExponentMark(next))
             return PrivExponent(error);
-        return PrivFixedSuffix(kPPScan_Decimal, error);
+        return PrivFixedSuffix(kPPScan_Decimal, next, error);
     }
     int next = PrivSkipAndPeek();
     if (next == 'x' || next == 'X')
-        return PrivRadixNumber(isHexDigit, kPPScan_Hex, error);
+        return PrivRadixNumber(kPPChar_Hex, kPPScan_Hex, error);
     if (next == 'b' || next == 'B')
-        return PrivRadixNumber(isBinaryDigit, kPPScan_Binary, error);
+        return PrivRadixNumber(kPPChar_Binary, kPPScan_Binary, error);
     if (isodigit(next)) {
-        SkipWhile(isodigit);
+        SkipRun(kPPChar_Octal);
         next = CookedPeekChar();
         if (next != '.' && !isExponentMark(next))
-            return PrivFixedSuffix(kPPScan_Octal, error);
+            return PrivFixedSuffix(kPPScan_Octal, next, error);
     }
     if (next == '.')
         return PrivFraction(error);
     if (isExponentMark(next))
         return PrivExponent(error);
-    return PrivFixedSuffix(kPPScan_Zero, error);
+    return PrivFixedSuffix(kPPScan_Zero, next, error);
 }
 
 // The cursor is on the x or b of the prefix.
-int PP_CScanner::PrivRadixNumber(bool (*isDigit)(int), int token, int* error) {
-    if (!isDigit(PrivSkipAndPeek())) {
+int PP_CScanner::PrivRadixNumber(unsigned char digitClass, int token, int* error) {
+    if (!inCharClass(PrivSkipAndPeek(), digitClass)) {
         *error = kPPErr_HexWithoutDigits;
         return kPPScan_None;
     }
-    SkipWhile(isDigit);
-    return PrivFixedSuffix(token, error);
+    SkipRun(digitClass);
+    return PrivFixedSuffix(token, CookedPeekChar(), error);
 }
 
 // At most one U and one L, in either order, and nothing of a name or number directly behind.
-int PP_CScanner::PrivFixedSuffix(int token, int* error) {
+int PP_CScanner::PrivFixedSuffix(int token, int c, int* error) {
     bool sawUnsigned = false;
     bool sawLong = false;
-    for (;;) {
-        int c = CookedPeekChar();
-        bool& seen = (c == 'u' || c == 'U') ? sawUnsigned : sawLong;
-        if (c != 'u' && c != 'U' && c != 'l' && c != 'L')
-            return isidentchar(c) ? badNumber(error) : token;
+    for (; isidentchar(c); c = PrivSkipAndPeek()) {
+        bool const isUnsigned = c == 'u' || c == 'U';
+        if (!isUnsigned && c != 'l' && c != 'L')
+            return badNumber(error);
+        bool& seen = isUnsigned ? sawUnsigned : sawLong;
         if (seen)
             return badNumber(error);
         seen = true;
-        PrivSkipChar();
     }
+    return token;
 }
 
 // The cursor is on the decimal point, or on the first digit behind a point already taken.
 int PP_CScanner::PrivFraction(int* error) {
     PrivSkipChar();
-    SkipWhile(isDecimalDigit);
+    SkipRun(kPPChar_Decimal);
     if (isExponentMark(CookedPeekChar()))
         return PrivExponent(error);
     return PrivFloatSuffix(error);
@@ -379,7 +362,7 @@ int PP_CScanner::PrivExponent(int* error) {
         c = PrivSkipAndPeek();
     if (!isDecimalDigit(c))
         return badNumber(error);
-    SkipWhile(isDecimalDigit);
+    SkipRun(kPPChar_Decimal);
     return PrivFloatSuffix(error);
 }
 
@@ -491,13 +474,6 @@ void PP_CScanner::PrivSkipComment(int opener) {
     }
 }
 
-PP_CTextReader PP_CScanner::GetTokenText() {
-    unsigned long size = static_cast<unsigned long>(fInput->GetReadPtr() - fTokenStart);
-    if (!fHasContinuation)
-        return PP_CTextReader(fTokenStart, size);
-    return CookTokenText(size);
-}
-
 // Copies the token without its backslash-newline pairs into the cook buffer, which only grows.
 PP_CTextReader PP_CScanner::CookTokenText(unsigned long size) {
     if (fCookBufferSize < size) {
@@ -509,8 +485,8 @@ PP_CTextReader PP_CScanner::CookTokenText(unsigned long size) {
     char const* end = fTokenStart + size;
     char* out = fCookBuffer;
     while (source < end) {
-        if (*source == kBackslash && source + 1 < end && isEOL(source[1])) {
-            source += source[1] == kCR && source + 2 < end && source[2] == kLF ? 3 : 2;
+        if (*source == kPPChar_Backslash && source + 1 < end && isEOL(source[1])) {
+            source += source[1] == kPPChar_CR && source + 2 < end && source[2] == kPPChar_LF ? 3 : 2;
             continue;
         }
         *out++ = *source++;

@@ -3,6 +3,7 @@
 #ifndef PPSCAN_H
 #define PPSCAN_H
 
+#include "PPCharClass.h"
 #include "PPText.h"
 
 // Token numbers of the character scanner. The resource language's keywords continue them from
@@ -91,18 +92,29 @@ enum PP_TokenType {
 extern int gCurrentLanguage;
 
 // Character classes; each takes -1 (end of input) and answers false for it.
-bool isEOL(int c);
-bool iswhite(int c);
-bool isident(int c);
-bool isodigit(int c);
+inline bool isEOL(int c) { return inCharClass(c, kPPChar_EOL); }
+inline bool iswhite(int c) { return inCharClass(c, kPPChar_Blank); }
+inline bool isident(int c) { return inCharClass(c, kPPChar_IdentStart); }
+inline bool isodigit(int c) { return inCharClass(c, kPPChar_Octal); }
 // A character that may stand inside an identifier: an identifier start or a digit.
-bool isidentchar(int c);
+inline bool isidentchar(int c) { return inCharClass(c, kPPChar_Ident); }
+
+// White space, comments and line ends: the tokens that only separate others.
+inline bool isSpaceToken(int token) {
+    return token == kPPScan_EOL || token == kPPScan_White || token == kPPScan_Comment;
+}
 
 // The value of a one-letter escape (\a \b \f \n \r \t \v), or -1 for any other character.
 int letterEscapeValue(int letter);
 
+// Whether a literal of the given token type is read as double-byte text.
+bool IsDoubleByteToken(int token);
 // Whether `byte` starts a double-byte character in a literal of the given token type.
 bool IsLeadingByte(int byte, int token);
+
+constexpr int kPPChar_LF = 10;
+constexpr int kPPChar_CR = 13;
+constexpr int kPPChar_Backslash = '\\';
 
 // The one lexer of the system. A token is the stretch of input between where GetNextToken
 // began and where it stopped; white space, comments and line ends are tokens too.
@@ -119,17 +131,42 @@ public:
     // `*error` is 0, or an index of the preprocessor's message table for bad text.
     int GetNextToken(int* error);
     // The current token's text with continuation lines removed.
-    PP_CTextReader GetTokenText();
+    PP_CTextReader GetTokenText() {
+        unsigned long size = static_cast<unsigned long>(fInput->GetReadPtr() - fTokenStart);
+        return fHasContinuation ? CookTokenText(size) : PP_CTextReader(fTokenStart, size);
+    }
     // Whether that text is a copy with continuation lines removed rather than the input itself.
     bool TokenTextIsCooked() const { return fHasContinuation; }
 
     int RawPeekChar() const { return fInput->IsEOF() ? -1 : fInput->PeekChar(); }
-    int RawGetChar();
+    int RawGetChar() {
+        if (fInput->IsEOF())
+            return -1;
+        ++fCharPos;
+        return fInput->GetChar();
+    }
     void RawUnGetChar();
-    int CookedPeekChar();
+    int CookedPeekChar() {
+        int c = RawPeekChar();
+        return c == kPPChar_Backslash ? PrivPeekChar() : c;
+    }
     int CookedGetChar();
     void SkipChar() { CookedGetChar(); }
     bool SkipBlanksToEOL();
+    // The white space or line end token that GetNextToken would read at the cursor, taken when it
+    // begins right there with no continuation first; true if there was one.
+    bool SkipPlainBlanks() {
+        if (!iswhite(RawPeekChar()))
+            return false;
+        SkipBlanks();
+        return true;
+    }
+    bool SkipPlainLineEnds() {
+        if (!isEOL(RawPeekChar()))
+            return false;
+        SkipLineEnds();
+        return true;
+    }
     bool SkipComment();
     void IncrLineno() {
         fCharPos = 0;
@@ -143,18 +180,44 @@ public:
     void SetCharPos(unsigned long charPos) { fCharPos = charPos; }
 
 private:
-    void PrivSkipChar();
+    // Consumes one byte. CR, LF and CR LF each count as one line end.
+    void PrivSkipChar() {
+        int c = RawGetChar();
+        if (c == kPPChar_CR && RawPeekChar() == kPPChar_LF)
+            RawGetChar();
+        if (isEOL(c))
+            IncrLineno();
+    }
     int PrivPeekChar();
-    int PrivSkipAndPeek();
-    void SkipWhile(bool (*inClass)(int));
+    // The cursor is on a blank: takes it and every blank behind it. Most white space between
+    // tokens is one blank, taken without the run's loop.
+    void SkipBlanks() {
+        if (iswhite(PrivSkipAndPeek()))
+            SkipRun(kPPChar_Blank);
+    }
+    // The cursor is on a line end: takes it and every line end behind it.
+    void SkipLineEnds() {
+        do
+            PrivSkipChar();
+        while (isEOL(CookedPeekChar()));
+    }
+    // Steps over the character just peeked, which every caller has tested to be a certain one
+    // and so no line end and not the end of input, and peeks at the next.
+    int PrivSkipAndPeek() {
+        fInput->SkipTo(fInput->GetReadPtr() + 1);
+        ++fCharPos;
+        return CookedPeekChar();
+    }
+    void SkipRun(unsigned char classes);
     int PrivNextToken(int c, int* error);
     int PrivPrefixedToken(int c, int* error);
     int PrivIdentifier();
     int PrivLiteral(int quote, int token, int* error);
     int PrivNumber(int c, int* error);
-    int PrivRadixNumber(bool (*isDigit)(int), int token, int* error);
+    int PrivRadixNumber(unsigned char digitClass, int token, int* error);
     int PrivPunctuation(int c, int* error);
-    int PrivFixedSuffix(int token, int* error);
+    // `c` is the character behind the digits, peeked already.
+    int PrivFixedSuffix(int token, int c, int* error);
     int PrivFraction(int* error);
     int PrivExponent(int* error);
     int PrivFloatSuffix(int* error);

@@ -22,6 +22,9 @@ public:
     bool IsEOF() const { return fReadPtr >= fEndPtr; }
     unsigned long Readable() const { return static_cast<unsigned long>(fEndPtr - fReadPtr); }
     char const* GetReadPtr() const { return fReadPtr; }
+    char const* GetEndPtr() const { return fEndPtr; }
+    // Moves the cursor to `position`, which lies between it and the end.
+    void SkipTo(char const* position) { fReadPtr = position; }
     void ReadFrom(char const* text, unsigned long length);
     bool Invariant() const { return fReadPtr <= fEndPtr; }
 

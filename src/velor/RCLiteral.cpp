@@ -20,10 +20,6 @@ bool IsWideWalkToken(int token) {
     return token == kPPScan_WideString || token == kPPScan_WideHexString || token == kPPScan_WideChar;
 }
 
-bool IsDoubleByteToken(int token) {
-    return token == kPPScan_DBString || token == kPPScan_DBHexString || token == kPPScan_DBChar;
-}
-
 bool ChecksUTF8() { return gCurrentLanguage == 5 || gCurrentLanguage == 6; }
 
 int hexValue(int c) { return c < 58 ? c - '0' : std::tolower(c) - 87; }

@@ -13,6 +13,7 @@
 #include "SearchPath.h"
 #include "UniqueNames.h"
 
+#include <array>
 #include <cctype>
 #include <cstdio>
 #include <cstring>
@@ -109,14 +110,11 @@ RCScanner::~RCScanner() {
 // ---- Tokens ----
 
 int RCScanner::NextToken() {
-    for (;;) {
-        int error = 0;
-        fTokenType = GetNextToken(&error);
-        if (error != 0) {
-            Error(error, 0);
-            fTokenType = kPPScan_None;
-        }
-        if (fTokenType != kPPScan_EOL && fTokenType != kPPScan_White && fTokenType != kPPScan_Comment) break;
+    int error = 0;
+    fTokenType = GetNextToken(&error, false);
+    if (error != 0) {
+        Error(error, 0);
+        fTokenType = kPPScan_None;
     }
     // The last input is already released when its end is reported, so the end token has no text.
     fTokenText = fTokenType == kPPScan_EOF ? PP_CTextReader() : GetTokenText();
@@ -127,35 +125,45 @@ int RCScanner::NextToken() {
 
 namespace {
 
-// The rows of the keyword table by the first byte and the length of their names, in table order,
-// so that an identifier is compared only with the few keywords it could be.
+// The rows of the keyword table chained by the length and the first byte of their names, in table
+// order, so that most identifiers are told apart from every keyword by two loads, and the rest are
+// compared with the one or two keywords they could be.
 class KeywordIndex {
 public:
     KeywordIndex() {
-        for (RCKeyword const* row = gKeywordTable; row->fName != nullptr; ++row)
-            fRows[static_cast<unsigned char>(row->fName[0])].push_back({row, std::strlen(row->fName)});
+        for (auto& heads : fHeads) heads.fill(kNone);
+        fNext.fill(kNone);
+        // The last row only ends the table.
+        for (int row = static_cast<int>(std::size(gKeywordTable)) - 2; row >= 0; --row) {
+            char const* name = gKeywordTable[row].fName;
+            VELOR_ASSERT(std::strlen(name) <= kMaxLength);
+            short& head = fHeads[std::strlen(name)][static_cast<unsigned char>(name[0])];
+            fNext[static_cast<size_t>(row)] = head;
+            head = static_cast<short>(row);
+        }
     }
 
     RCKeyword const* Find(char const* text, size_t length) const {
-        if (length == 0) return nullptr;
-        for (Entry const& entry : fRows[static_cast<unsigned char>(text[0])])
-            if (entry.fLength == length && std::memcmp(entry.fRow->fName, text, length) == 0) return entry.fRow;
+        if (length == 0 || length > kMaxLength) return nullptr;
+        for (short row = fHeads[length][static_cast<unsigned char>(text[0])]; row != kNone;
+             row = fNext[static_cast<size_t>(row)])
+            if (std::memcmp(gKeywordTable[row].fName, text, length) == 0) return &gKeywordTable[row];
         return nullptr;
     }
 
 private:
-    struct Entry {
-        RCKeyword const* fRow;
-        size_t fLength;
-    };
-    std::vector<Entry> fRows[256];
+    static constexpr size_t kMaxLength = 15;
+    static constexpr short kNone = -1;
+    std::array<std::array<short, 256>, kMaxLength + 1> fHeads;
+    std::array<short, std::size(gKeywordTable)> fNext;
 };
+
+KeywordIndex const gKeywordIndex;
 
 }  // namespace
 
 void RCScanner::LookUpKeyword() {
-    static KeywordIndex const index;
-    if (RCKeyword const* row = index.Find(fTokenText.GetReadPtr(), fTokenText.Readable())) {
+    if (RCKeyword const* row = gKeywordIndex.Find(fTokenText.GetReadPtr(), fTokenText.Readable())) {
         fTokenType = row->fToken;
         fNArgs = row->fArgCount;
     }
@@ -315,9 +323,12 @@ char* RCScanner::ReadWholeFile(char const* path, unsigned long& size) {
     return buffer;
 }
 
+// Runs whenever an input is popped back to a file, mostly with the name unchanged.
 void RCScanner::FollowTopFilename() {
+    char const* name = GetFileInfo(fInputSrc)->fCurrentFilename;
+    if (fFilename != nullptr && std::strcmp(fFilename, name) == 0) return;
     fMemory->FreeStringPerm(fFilename);
-    fFilename = fMemory->SaveStringPerm(GetFileInfo(fInputSrc)->fCurrentFilename);
+    fFilename = fMemory->SaveStringPerm(name);
 }
 
 void RCScanner::PushInput(PP_CInput* input) {

@@ -119,6 +119,20 @@ TEST_F(PPCPPHlp, UndefKeepsTheRecord) {
     EXPECT_TRUE(messages().empty());
 }
 
+// Text without names is handed on without a scan; a record defined again after #undef is judged
+// again. The depth limit holds for such text as for any other: the 257th level is one too many.
+TEST_F(PPCPPHlp, TextWithoutNamesExpandsToItself) {
+    EXPECT_EQ(expand("#define M 1\n#define N 0x5A + \"M\" 'M'\nN\n#undef N\n#define N M\nN"), "0x5A + \"M\" 'M' 1");
+    for (int levels : {256, 257}) {
+        std::string chain;
+        for (int i = 0; i + 1 < levels; ++i) chain += "#define A" + std::to_string(i) + " A" + std::to_string(i + 1) + "\n";
+        chain += "#define A" + std::to_string(levels - 1) + " 1\nA0";
+        pp->fMessages.clear();
+        EXPECT_EQ(expand(chain), "1") << levels;
+        EXPECT_EQ(messages().size(), levels == 256 ? 0u : 1u) << levels;
+    }
+}
+
 // A text of a hundred bytes that would expand to a billion tokens, or a body that copies its
 // argument thousands of times at every level, is cut off by the work budget and reported once.
 // Once stopped, no macro of the file is expanded, so each text needs a preprocessor of its own.

@@ -1,5 +1,7 @@
 #include "PPTestPreprocessor.h"
 
+#include <tuple>
+
 namespace {
 
 using PPCPP = PPPreprocessorTest;
@@ -129,6 +131,37 @@ TEST_F(PPCPP, LineNumbersFollowTheFile) {
 TEST_F(PPCPP, TokenCountCountsEveryRequest) {
     tokens("a b\n");
     EXPECT_EQ(pp->GetTokenCount(), 5u);
+}
+
+// Each token that reaches a caller with its text, error, starting line, request count and line.
+using Seen = std::vector<std::tuple<int, std::string, int, unsigned long, unsigned long, unsigned long>>;
+
+// Reads `text` dropping separators: below the preprocessor's own loop, or in the caller.
+Seen readDroppingSeparators(std::string const& text, bool below) {
+    PP_CMemoryManager_Basic memory;
+    PP_CMacroTable_Basic table{&memory};
+    PPTestPreprocessor pp(&memory, &table);
+    pp.PushFile(text);
+    Seen seen;
+    for (;;) {
+        int error;
+        int type = pp.GetNextToken(&error, !below);
+        if (!below && isSpaceToken(type))
+            continue;
+        PP_CTextReader t = type == kPPScan_EOF ? PP_CTextReader() : pp.GetTokenText();
+        seen.emplace_back(type, std::string(t.GetReadPtr(), t.Readable()), error, pp.GetStartingLineno(),
+                          pp.GetTokenCount(), pp.GetLineno());
+        if (type == kPPScan_EOF)
+            return seen;
+    }
+}
+
+// Blanks, continuations among them, comments, line ends, directives and skipped text: dropping the
+// separators in the preprocessor changes nothing that its caller can see.
+TEST_F(PPCPP, SeparatorsDroppedBelowLookTheSameToTheCaller) {
+    std::string const text = "a  \\\n  b\n \t\\\r\n\\\n c /* x\n */ d\f# x\n  #define M  m  \n M  M\n"
+                             "#if 0\n  e  \n#endif\r\r\n\r  f \\\n\n\t1.5 \"s\"\r\n#x\n  \\\n";
+    EXPECT_EQ(readDroppingSeparators(text, true), readDroppingSeparators(text, false));
 }
 
 TEST_F(PPCPP, SpecialMacros) {

@@ -34,6 +34,18 @@ TEST_F(PPMacTbl, NamesWithEqualSignaturesAreToldApart) {
     EXPECT_NE(lookup("\xE9\xFF\x80"), nullptr);
 }
 
+// The filter in front of the lookup never turns away a name that has a record, however long, and
+// turns away a name whose first byte and length no record shares. Long names share one length.
+TEST_F(PPMacTbl, TheNameFilterKeepsEveryEnteredName) {
+    char const* const names[] = {"A", "ab", "\xE9x", "a_name_of_twenty_two_", "a_longer_name_of_thirty_chars_"};
+    for (char const* name : names) table.DefineMacro(name, "1", true);
+    for (char const* name : names) EXPECT_TRUE(table.MayHold(name, std::strlen(name))) << name;
+    EXPECT_TRUE(table.MayHold("a_name_not_entered_at_all", 25));
+    EXPECT_FALSE(table.MayHold("B", 1));
+    EXPECT_FALSE(table.MayHold("abc", 3));
+    EXPECT_FALSE(table.MayHold("a_fourteen_chr", 14));
+}
+
 TEST_F(PPMacTbl, UndefineKeepsTheRecordForReuse) {
     table.DefineMacro("X", "first", true);
     table.DefineMacro("X", "second", true);

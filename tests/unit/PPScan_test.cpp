@@ -33,6 +33,15 @@ std::vector<Token> scanAll(std::string const& text) {
     }
 }
 
+unsigned long finalLine(std::string const& text) {
+    PP_CTextReader input(text.data(), text.size());
+    PP_CScanner scanner(&input);
+    int error;
+    while (scanner.GetNextToken(&error) != kPPScan_EOF || error != 0 || !input.IsEOF()) {
+    }
+    return scanner.GetLineno();
+}
+
 std::vector<int> typesOf(std::string const& text) {
     std::vector<int> types;
     for (Token const& t : scanAll(text))
@@ -95,6 +104,41 @@ TEST(PPScan, ContinuationLinesJoinTokens) {
     tokens = scanAll("x\\\r\n\\\ny");
     EXPECT_EQ(tokens[0], (Token{5, "xy", 0, 3}));
     EXPECT_EQ(typesOf("a\\ b"), (std::vector<int>{5, 79, 3, 5}));
+}
+
+// Runs of a class are taken a block of bytes at a time and must hand over to the cooked reading
+// at a continuation. So one spliced in anywhere outside a comment, and not behind a backslash,
+// changes no token and adds its own line end to the count. The texts end tokens of every kind
+// of run at the end of the input too.
+TEST(PPScan, ContinuationsAnywhereChangeNoToken) {
+    char const* const texts[] = {
+        "'c' abc_$9 123 0x1fUL 0b101 0777 1.5e+10f .5 $FF $\"4142\" L\"ab\" 7u end9",
+        "\"str\\\"ing\" \t\v\f\xCA" "x\r\ny\rz\n \"\"",
+        "a.b->c <<= 1e 0x 089 \"open",
+        "0x", "12", "0b1", "  ",
+    };
+    for (char const* text : texts) {
+        std::string const plain(text);
+        std::vector<Token> const expected = scanAll(plain);
+        unsigned long const lines = finalLine(plain);
+        for (std::string const continuation : {"\\\n", "\\\r\n", "\\\r"}) {
+            for (size_t at = 0; at <= plain.size(); ++at) {
+                // Behind a backslash the spliced one is an escape; a CR spliced before an LF takes it.
+                if ((at > 0 && plain[at - 1] == '\\') || (continuation == "\\\r" && plain[at] == '\n'))
+                    continue;
+                std::string const spliced = plain.substr(0, at) + continuation + plain.substr(at);
+                std::vector<Token> const tokens = scanAll(spliced);
+                ASSERT_EQ(tokens.size(), expected.size()) << spliced;
+                for (size_t i = 0; i < tokens.size(); ++i) {
+                    EXPECT_EQ(tokens[i].type, expected[i].type) << spliced;
+                    EXPECT_EQ(tokens[i].text, expected[i].text) << spliced;
+                    EXPECT_EQ(tokens[i].error, expected[i].error) << spliced;
+                }
+                bool const splitsCRLF = at > 0 && plain[at - 1] == '\r' && plain[at] == '\n';
+                EXPECT_EQ(finalLine(spliced), lines + (splitsCRLF ? 2 : 1)) << spliced;
+            }
+        }
+    }
 }
 
 TEST(PPScan, LineEndsAndWhiteSpace) {
