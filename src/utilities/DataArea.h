@@ -47,6 +47,16 @@ public:
         fCursor += n;
         return at;
     }
+    // Advance that never grows the block: null, with the area unchanged, when the n bytes do not
+    // fit in it. It makes no call, so a caller's fast path needs no saved registers.
+    unsigned char* AdvanceInBlock(uint64_t n) {
+        uint64_t const want = fCursor + n;
+        if (want > fAllocated) return nullptr;
+        if (want > fSize) fSize = want;
+        unsigned char* at = Bytes() + fCursor;
+        fCursor = want;
+        return at;
+    }
     // Copies up to n bytes from the cursor and moves past them; returns the count copied.
     uint64_t Read(void* bytes, uint64_t n);
     // Returns the byte stored inside the data, the argument when the data grows, or -1 when out

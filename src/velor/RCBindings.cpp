@@ -259,7 +259,7 @@ long RCBindings::ResourceSize() const {
     return static_cast<long>(fData.GetSize());
 }
 
-bool RCBindings::AddValue(RCScanner* scanner, RCNumber const& number, short width, bool isInteger) {
+bool RCBindings::AddOtherValue(RCScanner* scanner, RCNumber const& number, short width, bool isInteger) {
     RequireDefn();
     if (isInteger && (width < 0 || width > kMaxIntegerWidth)) {
         scanner->Error(kMsg_BadWidth, 1, static_cast<int>(width));

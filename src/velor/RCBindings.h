@@ -51,7 +51,19 @@ public:
     int IncrementDescriptionIndent(int delta) { return fDescriptionIndent += delta; }
 
     // Output at the cursor. Each returns false when a message stopped it, leaving the output as it was.
-    bool AddValue(RCScanner* scanner, RCNumber const& number, short width, bool isInteger);
+    // An integer byte, word or long on a byte boundary, nearly every field, is laid inline while
+    // the output's block has room; growing the output is left to the general path.
+    bool AddValue(RCScanner* scanner, RCNumber const& number, short width, bool isInteger) {
+        if (isInteger && number.IsInteger() && fDef != nullptr && IsByteWordOrLong(width) && fBit % 8 == 0 &&
+            static_cast<unsigned long>(fBit) + static_cast<unsigned long>(width) <= fgMaxResourceBytes * 8) {
+            if (unsigned char* bytes = fData.AdvanceInBlock(static_cast<uint64_t>(width / 8))) {
+                StoreLowOrderFirst(bytes, static_cast<unsigned long>(number.AsInteger()), width);
+                fBit += width;
+                return true;
+            }
+        }
+        return AddOtherValue(scanner, number, width, isInteger);
+    }
     // A value that cannot be known yet is laid as zero and patched when the frame is popped. The
     // caller keeps the expression.
     bool AddValue(RCScanner* scanner, RCExpression* expression, short width, bool isInteger);
@@ -94,6 +106,18 @@ public:
 private:
     // The innermost frame, which the caller needs: without one the program stops on an assertion.
     RCBindings_Def* RequireDefn() const;
+    static bool IsByteWordOrLong(short width) { return width == 8 || width == 16 || width == 32; }
+    static void StoreLowOrderFirst(unsigned char* bytes, unsigned long value, short width) {
+        bytes[0] = static_cast<unsigned char>(value);
+        if (width == 8) return;
+        bytes[1] = static_cast<unsigned char>(value >> 8);
+        if (width == 16) return;
+        bytes[2] = static_cast<unsigned char>(value >> 16);
+        bytes[3] = static_cast<unsigned char>(value >> 24);
+    }
+    // Every value the inline path leaves: it checks the width and the bound, and lays floats, bit
+    // fields and unaligned fields.
+    bool AddOtherValue(RCScanner* scanner, RCNumber const& number, short width, bool isInteger);
     bool AddString(RCScanner* scanner, RCStringInfo const& info);
     bool AddFloat(RCScanner* scanner, double value, short width);
     void AddWholeBytes(unsigned long value, short width);
