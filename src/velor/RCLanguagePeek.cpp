@@ -16,7 +16,8 @@ constexpr int kOtherUtf8Language = 6;
 constexpr char const* kLanguageTags[] = {"k_jaJP", "k_zhCN", "k_zhTW", "k_koKR"};
 constexpr std::size_t kTagLength = 6;
 
-bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+// Setting bit 5 folds upper case onto lower case and moves no other byte into a..z.
+bool IsLetter(char c) { return static_cast<unsigned>((static_cast<unsigned char>(c) | 0x20) - 'a') < 26U; }
 
 char const* SkipToLetter(char const* p, char const* end) {
     while (p < end && !IsLetter(*p)) ++p;
@@ -42,8 +43,9 @@ int LanguageOfTag(char const* p, char const* end) {
 
 RCLanguagePeek PeekLanguage(char const* begin, char const* end) {
     char const* word = SkipToLetter(begin, end);
+    // Every language tag starts with the prefix, so a word without it is no tag.
+    if (!StartsWith(word, end, kTagPrefix, std::strlen(kTagPrefix))) return RCLanguagePeek{0, false};
     RCLanguagePeek peek{LanguageOfTag(word, end), false};
-    if (!StartsWith(word, end, kTagPrefix, std::strlen(kTagPrefix))) return peek;
 
     char const* nextLine = SkipToLetter(SkipToLineEnd(word, end), end);
     if (StartsWith(nextLine, end, kUtf8EncodedWord, std::strlen(kUtf8EncodedWord)))
