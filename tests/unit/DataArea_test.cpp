@@ -64,6 +64,20 @@ TEST(DataArea, AppendingWithinTheBlockGrowsTheDataWithoutTheHeap) {
     EXPECT_EQ(5u, area.GetSize());
 }
 
+TEST(DataArea, AdvanceInBlockStopsAtTheBlockAndLeavesTheAreaAsItWas) {
+    DataArea area(4, 4, false);
+    unsigned char* first = area.AdvanceInBlock(3);
+    ASSERT_NE(nullptr, first);
+    EXPECT_EQ(3u, area.GetSize());
+    EXPECT_EQ(nullptr, area.AdvanceInBlock(2));
+    EXPECT_EQ(3u, area.GetCursor());
+    EXPECT_EQ(3u, area.GetSize());
+    // Inside the data the size stays; only the cursor moves.
+    area.SetCursor(0);
+    EXPECT_EQ(first, area.AdvanceInBlock(4));
+    EXPECT_EQ(4u, area.GetSize());
+}
+
 TEST(DataArea, ResetKeepsTheBlockAndSwapExchangesAreas) {
     DataArea area(8, 8, false);
     WriteText(area, "abc");

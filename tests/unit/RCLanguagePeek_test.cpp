@@ -15,6 +15,10 @@ TEST(RCLanguagePeek, TagOfTheFirstWordSetsTheLanguage) {
     EXPECT_EQ(4, Peek("{\n  k_koKR").language);
 }
 
+TEST(RCLanguagePeek, BytesNextToTheLettersAreNoWord) {
+    EXPECT_EQ(1, Peek("{ @[`{\xC1\xE1\xDA k_jaJP").language);
+}
+
 TEST(RCLanguagePeek, OnlyTheFirstWordCounts) {
     RCLanguagePeek peek = Peek("{ red, k_jaJP }");
     EXPECT_EQ(0, peek.language);
