@@ -7,6 +7,7 @@
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 #include "Assertion.h"
@@ -332,7 +333,9 @@ bool RCBindings::AddBytes(RCScanner* scanner, void const* bytes, long count) {
     if (count <= 0) return true;
     Align(scanner, kBitsPerByte);
     RequireRoom(static_cast<unsigned long>(count) * kBitsPerByte);
-    if (fData.Write(bytes, static_cast<std::uint64_t>(count)) == 0) outOfMemory();
+    unsigned char* at = fData.Advance(static_cast<std::uint64_t>(count));
+    if (at == nullptr) outOfMemory();
+    std::memcpy(at, bytes, static_cast<std::size_t>(count));
     fBit += count * kBitsPerByte;
     return true;
 }
