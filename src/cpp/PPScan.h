@@ -208,7 +208,26 @@ private:
         ++fCharPos;
         return CookedPeekChar();
     }
-    void SkipRun(unsigned char classes);
+    // Takes characters while they are in one of `classes`, which hold no line end. Such a
+    // character is one raw byte that PrivSkipChar would just step over, so a run of them is taken
+    // by a tight loop over the raw bytes, inline because most runs are a few bytes long.
+    void SkipRun(unsigned char classes) {
+        if (SkipRawRun(classes))
+            SkipRunAcrossBackslashes(classes);
+    }
+    // The raw bytes of the run; true when it stopped at a backslash, behind which a continuation
+    // may hide more of it.
+    bool SkipRawRun(unsigned char classes) {
+        char const* const start = fInput->GetReadPtr();
+        char const* const end = fInput->GetEndPtr();
+        char const* p = start;
+        while (p != end && (charClassOf(static_cast<unsigned char>(*p)) & classes) != 0)
+            ++p;
+        fInput->SkipTo(p);
+        fCharPos += static_cast<unsigned long>(p - start);
+        return p != end && *p == kPPChar_Backslash;
+    }
+    void SkipRunAcrossBackslashes(unsigned char classes);
     int PrivNextToken(int c, int* error);
     int PrivPrefixedToken(int c, int* error);
     int PrivIdentifier();
