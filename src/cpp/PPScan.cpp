@@ -322,7 +322,7 @@ int PP_CScanner::PrivRadixNumber(unsigned char digitClass, int token, int* error
 }
 
 // At most one U and one L, in either order, and nothing of a name or number directly behind.
-int PP_CScanner::PrivFixedSuffix(int token, int c, int* error) {
+int PP_CScanner::PrivSuffixLetters(int token, int c, int* error) {
     bool sawUnsigned = false;
     bool sawLong = false;
     for (; isidentchar(c); c = PrivSkipAndPeek()) {

@@ -235,8 +235,12 @@ private:
     int PrivNumber(int c, int* error);
     int PrivRadixNumber(unsigned char digitClass, int token, int* error);
     int PrivPunctuation(int c, int* error);
-    // `c` is the character behind the digits, peeked already.
-    int PrivFixedSuffix(int token, int c, int* error);
+    // `c` is the character behind the digits, peeked already. Most numbers have no suffix, and
+    // that one character tells so without a call.
+    int PrivFixedSuffix(int token, int c, int* error) {
+        return isidentchar(c) ? PrivSuffixLetters(token, c, error) : token;
+    }
+    int PrivSuffixLetters(int token, int c, int* error);
     int PrivFraction(int* error);
     int PrivExponent(int* error);
     int PrivFloatSuffix(int* error);
