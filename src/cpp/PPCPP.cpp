@@ -60,11 +60,10 @@ int PP_CPP::GetNextToken(int* error, bool keepSpace) {
 // The white space or line end token that would be read at the cursor, taken without the layers
 // below when it begins right there.
 bool PP_CPP::SkipPlainSeparator() {
-    if (fScanner.SkipPlainBlanks())
-        return true;
-    if (!fScanner.SkipPlainLineEnds())
-        return false;
-    fAtLineStart = true;
+    switch (fScanner.SkipPlainSeparator()) {
+    case kPPScan_None: return false;
+    case kPPScan_EOL: fAtLineStart = true; break;
+    }
     return true;
 }
 

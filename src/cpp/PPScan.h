@@ -154,18 +154,18 @@ public:
     void SkipChar() { CookedGetChar(); }
     bool SkipBlanksToEOL();
     // The white space or line end token that GetNextToken would read at the cursor, taken when it
-    // begins right there with no continuation first; true if there was one.
-    bool SkipPlainBlanks() {
-        if (!iswhite(RawPeekChar()))
-            return false;
-        SkipBlanks();
-        return true;
-    }
-    bool SkipPlainLineEnds() {
-        if (!isEOL(RawPeekChar()))
-            return false;
+    // begins right there with no continuation first: that token, or kPPScan_None. One class test
+    // tells most tokens from both.
+    int SkipPlainSeparator() {
+        int const c = RawPeekChar();
+        if (!inCharClass(c, kPPChar_Blank | kPPChar_EOL))
+            return kPPScan_None;
+        if (iswhite(c)) {
+            SkipBlanks();
+            return kPPScan_White;
+        }
         SkipLineEnds();
-        return true;
+        return kPPScan_EOL;
     }
     bool SkipComment();
     void IncrLineno() {
