@@ -45,13 +45,14 @@ PP_CPP::~PP_CPP() {
 int PP_CPP::GetNextToken(int* error, bool keepSpace) {
     for (;;) {
         ++fTokenCount;
+        bool const copying = CanCopyTokens();
         // Blanks and line ends in copied text would come back unchanged through every layer, so
         // a caller that drops them has them taken right here, each run as a request of its own.
-        if (!keepSpace && CanCopyTokens() && SkipPlainSeparator())
+        if (!keepSpace && copying && SkipPlainSeparator())
             continue;
         if (InSourceText())
             fStartingLineno = fScanner.GetLineno();
-        int token = NextSurvivingToken(error);
+        int token = NextSurvivingToken(copying, error);
         if (keepSpace || *error != 0 || !isSpaceToken(token))
             return token;
     }
@@ -69,11 +70,12 @@ bool PP_CPP::SkipPlainSeparator() {
 
 // Directives and the ends of inputs never reach the caller, except the end of the last input.
 // The no-expand mark is a byte of no class, so only a token of kPPScan_Other can begin with it;
-// such a token is dropped.
-inline int PP_CPP::NextSurvivingToken(int* error) {
-    for (;;) {
+// such a token is dropped. `copying` is whether the text is copied; only directives change that,
+// so it is looked at again only after a token that did not reach the caller.
+inline int PP_CPP::NextSurvivingToken(bool copying, int* error) {
+    for (;; copying = CanCopyTokens()) {
         int token;
-        if (CanCopyTokens()) {
+        if (copying) {
             token = fHelper.GetCookedToken(error);
             if (*error != 0)
                 return token;
@@ -107,7 +109,7 @@ inline int PP_CPP::NextSurvivingToken(int* error) {
             break;
         default: fAtLineStart = false;
         }
-        if (CanCopyTokens())
+        if (copying)
             return token;
     }
 }
