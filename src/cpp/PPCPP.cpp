@@ -70,8 +70,7 @@ bool PP_CPP::SkipPlainSeparator() {
 
 // Directives and the ends of inputs never reach the caller, except the end of the last input.
 // The no-expand mark is a byte of no class, so only a token of kPPScan_Other can begin with it;
-// such a token is dropped. `copying` is whether the text is copied; only directives change that,
-// so it is looked at again only after a token that did not reach the caller.
+// such a token is dropped. `copying` says whether text is copied: only a directive changes it.
 inline int PP_CPP::NextSurvivingToken(bool copying, int* error) {
     for (;; copying = CanCopyTokens()) {
         int token;

@@ -43,6 +43,19 @@ void addToken(PP_CExpansionBuilder& out, PP_CScanner& scanner, PP_CExpansionText
         out.AddStretch(source, scanner.GetTokenText());
 }
 
+// Whether expansion could make `text` other than it is: only a name can be expanded, only a
+// backslash can begin a continuation to remove, and a NUL reads as the end of the text. Text
+// without any of them comes out of the scan token by token as it went in.
+bool mayChangeInExpansion(PP_CTextReader text) {
+    char const* const end = text.GetReadPtr() + text.Readable();
+    for (char const* p = text.GetReadPtr(); p != end; ++p) {
+        int const c = static_cast<unsigned char>(*p);
+        if (isident(c) || c == kPPChar_Backslash || c == 0)
+            return true;
+    }
+    return false;
+}
+
 // The tokens that expansion passes on as they stand, gathered into one stretch while each lies
 // right behind the last in the text read: text dense with short tokens is then added a run at a
 // time instead of a token at a time. The run is flushed before anything else is added.
@@ -254,6 +267,8 @@ PP_CExpansionText PP_CPPHelper::ExpandObjectMacro(PP_MacroBody* body, PP_MacroLi
 // no-expand mark behind it, so that it is never expanded again in whatever text it reaches.
 PP_CExpansionText PP_CPPHelper::ExpandMacroText(PP_CExpansionText const& text, PP_MacroLink* link) {
     EnterExpansion(text.Reader().Readable());
+    if (!mayChangeInExpansion(text.Reader()))
+        return text;
     ++fExpansionDepth;
     PP_CUseTempMem inUse(fMemory);
     PP_CTextReader reader = text.Reader();
