@@ -39,6 +39,14 @@ public:
     }
     // Overwrites n bytes at the cursor and moves past them; returns n, or 0 when out of memory.
     uint64_t Write(void const* bytes, uint64_t n);
+    // Moves the cursor past n bytes, which the caller fills, and returns where they start; null
+    // when memory ran out. The area must hold a block. Inline, for the few bytes of one field.
+    unsigned char* Advance(uint64_t n) {
+        if (Require(n) < n) return nullptr;
+        unsigned char* at = Bytes() + fCursor;
+        fCursor += n;
+        return at;
+    }
     // Copies up to n bytes from the cursor and moves past them; returns the count copied.
     uint64_t Read(void* bytes, uint64_t n);
     // Returns the byte stored inside the data, the argument when the data grows, or -1 when out

@@ -292,21 +292,27 @@ void RCBindings::RequireRoom(unsigned long bitCount) const {
 }
 
 void RCBindings::AddWholeBytes(unsigned long value, short width) {
-    for (int i = 0; i < width / kBitsPerByte; ++i)
-        if (fData.PutChar(lowOrderByte(value, i)) < 0) outOfMemory();
+    int const count = width / kBitsPerByte;
+    unsigned char* bytes = fData.Advance(static_cast<uint64_t>(count));
+    if (bytes == nullptr) outOfMemory();
+    for (int i = 0; i < count; ++i) bytes[i] = lowOrderByte(value, i);
     fBit += width;
 }
 
+// The field, at most kMaxIntegerWidth bits, is placed in one word right below the bits already
+// taken in the last byte. The word's bytes, most significant first, go into the free low bits of
+// that partly filled byte, if there is one, and then into new bytes.
 void RCBindings::AddBits(unsigned long value, short width) {
-    short remaining = width;
-    forEachPiece(fBit, width, [&](BitPiece piece) {
-        unsigned char bits = static_cast<unsigned char>(extractMSBits(value, remaining, piece.count) << piece.Shift());
-        if (piece.room == kBitsPerByte) {
-            if (fData.PutChar(bits) < 0) outOfMemory();
-        } else
-            *fData.GetData(fData.GetSize() - 1) |= static_cast<char>(bits);
-        fBit += piece.count;
-    });
+    int const taken = static_cast<int>(fBit % kBitsPerByte);
+    int const totalBits = taken + width;
+    int const wordBytes = (totalBits + kBitsPerByte - 1) / kBitsPerByte;
+    int const newBytes = wordBytes - (taken != 0 ? 1 : 0);
+    unsigned char* bytes = fData.Advance(static_cast<uint64_t>(newBytes));
+    if (bytes == nullptr) outOfMemory();
+    unsigned long const word = (value & ((1UL << width) - 1)) << (wordBytes * kBitsPerByte - totalBits);
+    if (taken != 0) bytes[-1] |= lowOrderByte(word, newBytes);
+    for (int i = 0; i < newBytes; ++i) bytes[i] = lowOrderByte(word, newBytes - 1 - i);
+    fBit += width;
 }
 
 bool RCBindings::AddValue(RCScanner* scanner, RCExpression* expression, short width, bool isInteger) {

@@ -40,8 +40,7 @@ RCBindings_Def::RCBindings_Def(RCBindings* env, RCDefinition* definition, RCSymb
       fDefinition(definition),
       fSymbolTable(symbolTable),
       fParent(parent),
-      fArrayDepth(0),
-      fSubscripts{} {}
+      fArrayDepth(0) {}
 
 RCBindings_Def::~RCBindings_Def() {
     // Fixup trees point at cells and arrays of this frame, so they go first.

@@ -96,6 +96,8 @@ private:
     RCScope<RCArray> fArrays;
     RCScopeList<RCArray> fActiveArrays;
     long fArrayDepth;
+    // Only the entries below fArrayDepth hold anything: each is set as its array is entered, so
+    // a frame, made for every instance, does not clear the rest.
     long fSubscripts[kArgMax];
     RCScopeList<RCValueCell> fCells;
     RCScope<RCArray> fOwnedArrays;

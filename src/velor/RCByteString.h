@@ -13,6 +13,9 @@ struct RCByteString {
     void* fData = nullptr;
     long fLength = 0;
     int fStringType = kEmptyType;
+    // Bytes the storage holds. Most strings are a few bytes and live for one field, so their
+    // storage comes from the small-block free lists, which need the size given back.
+    long fCapacity = 0;
 
     // Grows the storage so that `size` more bytes fit behind the current length. Reports
     // "Out of memory." and returns false if the storage cannot grow; the string is unchanged then.

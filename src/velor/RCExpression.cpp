@@ -193,6 +193,12 @@ RCExpression* RCExpression::ParseExpression(RCScanner* scanner, int minPriority)
     if (!depth.Deeper(scanner)) return nullptr;
     RCPtr<RCExpression> tree(ParseTerm(scanner));
     if (!tree) return nullptr;
+    return ParseOperators(scanner, tree, minPriority);
+}
+
+// The binary operators behind the term in tree, and their right sides, as far as they bind
+// above minPriority.
+RCExpression* RCExpression::ParseOperators(RCScanner* scanner, RCPtr<RCExpression>& tree, int minPriority) {
     int priority = getOperatorPriority(scanner->TokenType());
     while (priority > minPriority) {
         int op = scanner->TokenType();
@@ -206,6 +212,25 @@ RCExpression* RCExpression::ParseExpression(RCScanner* scanner, int minPriority)
         priority = getOperatorPriority(scanner->TokenType());
     }
     return tree.Release();
+}
+
+// value = integer-literal | expression
+// A lone integer literal, the value of most fields, is given in literal without building a node;
+// a literal followed by an operator starts a tree as any term does.
+bool RCExpression::ParseValue(RCScanner* scanner, RCNumber& literal, RCPtr<RCExpression>& tree) {
+    int const token = scanner->TokenType();
+    if (token != kPPScan_Zero && !isIntegerToken(token)) {
+        tree = ParseExpression(scanner, kNoMinPriority);
+        return tree != nullptr;
+    }
+    RCNestingGuard depth(gExpressionNesting);
+    if (!depth.Deeper(scanner)) return false;
+    literal = token == kPPScan_Zero ? RCNumber(0L) : RCNumber(scanner->EvalNumber());
+    scanner->NextToken();
+    if (getOperatorPriority(scanner->TokenType()) <= kNoMinPriority) return true;
+    tree = Number(literal);
+    tree = ParseOperators(scanner, tree, kNoMinPriority);
+    return tree != nullptr;
 }
 
 // conditional = expression "?" expression ":" expression; entered behind the "?".

@@ -65,6 +65,9 @@ public:
 
     // The parser. Each returns an owned tree, or null after a message. Outside callers pass -1.
     static RCExpression* ParseExpression(RCScanner* scanner, int minPriority);
+    // A whole expression that may be a lone integer literal: that comes back in literal, with tree
+    // left null; anything else comes back in tree. False after a message.
+    static bool ParseValue(RCScanner* scanner, RCNumber& literal, RCPtr<RCExpression>& tree);
     static RCExpression* ParseTerm(RCScanner* scanner);
     static RCExpression* ParseString(RCScanner* scanner);
     static RCExpression* ParseFunction(RCScanner* scanner, int function);
@@ -80,6 +83,7 @@ public:
 
 private:
     static RCExpression* ParseConditional(RCScanner* scanner, RCPtr<RCExpression>& condition);
+    static RCExpression* ParseOperators(RCScanner* scanner, RCPtr<RCExpression>& tree, int minPriority);
     static RCExpression* ParseNumericTerm(RCScanner* scanner, int token);
 };
 

@@ -7,17 +7,11 @@
 #include "Assertion.h"
 #include "MsgIds.h"
 #include "Msgs.h"
-#include "RCAlloc.h"
 #include "RCByteString.h"
-
-namespace {
-
-
-}  // namespace
 
 RCResource::~RCResource() {
     RCFree(fName);
-    RCFree(fContents);
+    RCFreeSmall(fContents, static_cast<size_t>(fContentsLength));
 }
 
 void RCResource::SetName(char const* name) {
@@ -39,12 +33,12 @@ void RCResource::SetName(RCByteString const& name) {
 
 void RCResource::AddContents(void const* bytes, long length) {
     VELOR_ASSERT(length >= 0);
-    RCFree(fContents);
-    fContents = static_cast<char*>(RCAlloc(static_cast<size_t>(length)));
+    RCFreeSmall(fContents, static_cast<size_t>(fContentsLength));
+    fContentsLength = length;
+    fContents = static_cast<char*>(RCAllocSmall(static_cast<size_t>(length)));
     if (fContents == nullptr) {
         Msgs::Display(Msgs::kFatal, kMsg_OutOfMemory);  // ends the run
         return;
     }
-    fContentsLength = length;
     if (length > 0) std::memcpy(fContents, bytes, static_cast<size_t>(length));
 }

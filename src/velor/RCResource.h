@@ -3,11 +3,15 @@
 
 #include <cstdint>
 
+#include "RCAlloc.h"
+
 struct RCByteString;
 
 // One compiled resource: its bytes, addressed by a four-character type and a signed 16-bit id.
-// The name and flags travel with it but reach no output.
-class RCResource {
+// The name and flags travel with it but reach no output. There is one for every resource of the
+// input, and most hold a few dozen bytes, so the object and its bytes come from the small-block
+// free lists.
+class RCResource : public RCRecycled {
 public:
     RCResource(unsigned long type, short id) : fType(type), fId(id) {}
     RCResource(RCResource const&) = delete;

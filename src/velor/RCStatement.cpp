@@ -68,9 +68,10 @@ bool RCStatement::CreateResource_File(RCBindings* bindings, RCScanner* scanner, 
 char RCStatement::LabelWidth() { return 0; }
 
 bool RCStatement::CreateResource_Long(RCScanner* scanner, RCBindings* bindings, long* value) {
-    RCPtr<RCExpression> expression(ScanNumber(scanner));
-    if (!expression) return false;
-    *value = expression->Evaluate(scanner, bindings).AsInteger();
+    RCNumber literal;
+    RCPtr<RCExpression> expression;
+    if (!ScanNumber(scanner, literal, expression)) return false;
+    *value = (expression ? expression->Evaluate(scanner, bindings) : literal).AsInteger();
     return true;
 }
 
@@ -135,6 +136,16 @@ int RCStatement::ScanRadix(RCScanner* scanner) {
 
 RCExpression* RCStatement::ScanNumber(RCScanner* scanner) {
     return ScanExpression(scanner, &RCExpression::IsNumber, kMsg_NotNumeric);
+}
+
+bool RCStatement::ScanNumber(RCScanner* scanner, RCNumber& literal, RCPtr<RCExpression>& tree) {
+    if (!RCExpression::ParseValue(scanner, literal, tree)) return false;
+    if (tree && !tree->IsNumber()) {
+        scanner->Error(kMsg_NotNumeric, 0);
+        tree = nullptr;
+        return false;
+    }
+    return true;
 }
 
 RCExpression* RCStatement::ScanString(RCScanner* scanner) {

@@ -4,6 +4,8 @@
 #include <cstddef>
 
 #include "RCNestingGuard.h"
+#include "RCNumber.h"
+#include "RCPtr.h"
 #include "RCScope.h"
 
 class DataArea;
@@ -51,6 +53,9 @@ public:
     static int ScanRadix(RCScanner* scanner);
     // An owned numeric expression, or null after an error was reported.
     static RCExpression* ScanNumber(RCScanner* scanner);
+    // A numeric value: a lone integer literal comes back in literal, with tree left null, and any
+    // other expression in tree. False after an error was reported.
+    static bool ScanNumber(RCScanner* scanner, RCNumber& literal, RCPtr<RCExpression>& tree);
     // An owned string expression, or null after an error was reported.
     static RCExpression* ScanString(RCScanner* scanner);
     // A numeric expression followed by ']'; the expression is returned even if the bracket is not

@@ -103,8 +103,11 @@ bool RCStatement_Number::AddInputValue(RCBindings* bindings, RCScanner* scanner)
     // An identifier here always names one of the field's symbolic values; labels and variables
     // must be written in a form that does not start with an identifier.
     if (scanner->TokenType() == kPPScan_Ident) return AddSymbolicValue(bindings, scanner);
-    RCPtr<RCExpression> value(ScanNumber(scanner));
-    return value && bindings->AddValue(scanner, value, fWidth, fIsInteger);
+    RCNumber literal;
+    RCPtr<RCExpression> value;
+    if (!ScanNumber(scanner, literal, value)) return false;
+    if (!value) return bindings->AddValue(scanner, literal, fWidth, fIsInteger);
+    return bindings->AddValue(scanner, value, fWidth, fIsInteger);
 }
 
 bool RCStatement_Number::AddSymbolicValue(RCBindings* bindings, RCScanner* scanner) {

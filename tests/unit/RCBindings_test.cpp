@@ -76,6 +76,23 @@ TEST_F(RCBindingsTest, APartialByteLeavesItsLowBitsForTheNextField) {
     EXPECT_EQ(bindings.Bytes(), "AB CF F0");
 }
 
+// A 32-bit field behind one to seven taken bits spans five bytes: the first is shared with the
+// bits before it, which stay as they were.
+TEST(RCBindingsPacking, AWideFieldAtEveryBitOffsetKeepsTheBitsBeforeIt) {
+    RCTestScanner scanner{""};
+    for (short taken = 1; taken < 8; ++taken) {
+        RCTestBindings bindings{scanner};
+        long const before = (1L << taken) - 1;
+        bindings->AddValue(scanner, RCNumber(before), taken, true);
+        bindings->AddValue(scanner, RCNumber(0x89ABCDEFL), 32, true);
+        EXPECT_EQ(bindings->ResourceSize(), 5) << taken;
+        EXPECT_EQ(bindings->GetResourceBit(), taken + 32) << taken;
+        EXPECT_EQ(bindings->GetValue(0, taken), before) << taken;
+        EXPECT_EQ(bindings->GetValue(taken, 32), 0x89ABCDEFL) << taken;
+        EXPECT_EQ(bindings->GetValue(taken + 32, 8 - taken), 0) << taken;
+    }
+}
+
 TEST_F(RCBindingsTest, IntegerWidthsOutsideZeroToThirtyTwoAreRefused) {
     RCCapturedMessages messages;
     EXPECT_FALSE(bindings->AddValue(scanner, RCNumber(1L), 33, true));

@@ -37,6 +37,21 @@ TEST(RCByteStringTest, CloneOwnsATerminatedCopy) {
     copy.Destroy();
 }
 
+// A literal is written behind the length before it counts, so growing must keep every byte of
+// the storage, also when it moves from a small block to a larger one and on into the heap.
+TEST(RCByteStringTest, GrowingKeepsBytesWrittenBehindTheLength) {
+    RCByteString string = Filled("abc");
+    long written = 0;
+    for (long room : {8L, 40L, 600L, 5000L}) {
+        ASSERT_TRUE(string.Expand(room));
+        for (; written < room; ++written) string.Bytes()[string.fLength + written] = static_cast<char>('a' + written % 26);
+    }
+    for (long i = 0; i < written; ++i) ASSERT_EQ(static_cast<char>('a' + i % 26), string.Bytes()[string.fLength + i]) << i;
+    EXPECT_EQ(0, std::memcmp(string.fData, "abc", 3));
+    string.Destroy();
+    EXPECT_EQ(nullptr, string.fData);
+}
+
 TEST(RCByteStringTest, EmptyStringsCloneAndDestroyToEmptyStrings) {
     RCByteString empty;
     RCByteString copy = empty.Clone();

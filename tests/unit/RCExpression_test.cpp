@@ -62,6 +62,23 @@ TEST_F(RCExpressionTest, BinaryOperatorsClimbByPriorityAndAssociateLeft) {
     EXPECT_EQ(Integer("4 != 4 || 1"), 0);
 }
 
+// A lone literal is given as a number; one that an operator follows starts a tree that takes
+// the operator in, as the full parser would. Either way the value ends at the same token.
+TEST_F(RCExpressionTest, AValueIsALoneLiteralOrATreeThatStartsWithIt) {
+    for (char const* text : {"0x1F ;", "0 ;", "7 + 1 * 2 ;", "3 ? 4 : 5 ;", "8 >> 1 ;", "- 2 ;", "(9) ;"}) {
+        RCTestScanner scanner(text);
+        RCTestBindings bindings(scanner);
+        RCNumber literal;
+        RCPtr<RCExpression> tree;
+        ASSERT_TRUE(RCExpression::ParseValue(scanner, literal, tree)) << text;
+        bool const lone = std::string(text).find_first_of("+?>-(") == std::string::npos;
+        EXPECT_EQ(tree == nullptr, lone) << text;
+        RCNumber value = tree ? tree->Evaluate(scanner, bindings.get()) : literal;
+        EXPECT_EQ(value.AsInteger(), Integer(text)) << text;
+        EXPECT_EQ(scanner->TokenType(), kPPScan_Semicolon) << text;
+    }
+}
+
 TEST_F(RCExpressionTest, ATernaryEndsItsLevelAndNestsToTheRight) {
     EXPECT_EQ(Integer("1 ? 2 : 3 + 4"), 2);
     EXPECT_EQ(Integer("0 ? 2 : 3 + 4"), 7);
