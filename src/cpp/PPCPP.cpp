@@ -45,13 +45,14 @@ PP_CPP::~PP_CPP() {
 int PP_CPP::GetNextToken(int* error, bool keepSpace) {
     for (;;) {
         ++fTokenCount;
+        bool const copying = CanCopyTokens();
         // Blanks and line ends in copied text would come back unchanged through every layer, so
         // a caller that drops them has them taken right here, each run as a request of its own.
-        if (!keepSpace && CanCopyTokens() && SkipPlainSeparator())
+        if (!keepSpace && copying && SkipPlainSeparator())
             continue;
         if (InSourceText())
             fStartingLineno = fScanner.GetLineno();
-        int token = NextSurvivingToken(error);
+        int token = NextSurvivingToken(copying, error);
         if (keepSpace || *error != 0 || !isSpaceToken(token))
             return token;
     }
@@ -60,21 +61,20 @@ int PP_CPP::GetNextToken(int* error, bool keepSpace) {
 // The white space or line end token that would be read at the cursor, taken without the layers
 // below when it begins right there.
 bool PP_CPP::SkipPlainSeparator() {
-    if (fScanner.SkipPlainBlanks())
-        return true;
-    if (!fScanner.SkipPlainLineEnds())
-        return false;
-    fAtLineStart = true;
+    switch (fScanner.SkipPlainSeparator()) {
+    case kPPScan_None: return false;
+    case kPPScan_EOL: fAtLineStart = true; break;
+    }
     return true;
 }
 
 // Directives and the ends of inputs never reach the caller, except the end of the last input.
 // The no-expand mark is a byte of no class, so only a token of kPPScan_Other can begin with it;
-// such a token is dropped.
-inline int PP_CPP::NextSurvivingToken(int* error) {
-    for (;;) {
+// such a token is dropped. `copying` says whether text is copied: only a directive changes it.
+inline int PP_CPP::NextSurvivingToken(bool copying, int* error) {
+    for (;; copying = CanCopyTokens()) {
         int token;
-        if (CanCopyTokens()) {
+        if (copying) {
             token = fHelper.GetCookedToken(error);
             if (*error != 0)
                 return token;
@@ -108,7 +108,7 @@ inline int PP_CPP::NextSurvivingToken(int* error) {
             break;
         default: fAtLineStart = false;
         }
-        if (CanCopyTokens())
+        if (copying)
             return token;
     }
 }

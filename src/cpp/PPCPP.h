@@ -106,7 +106,7 @@ private:
     static constexpr int kMaxIfDepth = 31;
 
     bool SkipPlainSeparator();
-    int NextSurvivingToken(int* error);
+    int NextSurvivingToken(bool copying, int* error);
     void ReadExpandedTokens(PP_CWriterHelper& out, int* conditionError);
     void ReadDefinedOperand(PP_CWriterHelper& out, int* error);
     PP_CInput const* NearestFileBelowTop() const;

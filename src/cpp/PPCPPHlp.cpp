@@ -43,6 +43,54 @@ void addToken(PP_CExpansionBuilder& out, PP_CScanner& scanner, PP_CExpansionText
         out.AddStretch(source, scanner.GetTokenText());
 }
 
+// Whether expansion could make `text` other than it is: only a name can be expanded, only a
+// backslash can begin a continuation to remove, and a NUL reads as the end of the text. Text
+// without any of them comes out of the scan token by token as it went in.
+bool mayChangeInExpansion(PP_CTextReader text) {
+    char const* const end = text.GetReadPtr() + text.Readable();
+    for (char const* p = text.GetReadPtr(); p != end; ++p) {
+        int const c = static_cast<unsigned char>(*p);
+        if (isident(c) || c == kPPChar_Backslash || c == 0)
+            return true;
+    }
+    return false;
+}
+
+// The tokens that expansion passes on as they stand, gathered into one stretch while each lies
+// right behind the last in the text read: text dense with short tokens is then added a run at a
+// time instead of a token at a time. The run is flushed before anything else is added.
+class PlainRun {
+public:
+    PlainRun(PP_CExpansionBuilder& out, PP_CExpansionText const* source) : fOut(out), fSource(source) {}
+
+    // Adds the current token of `scanner`, which reads the source.
+    void AddToken(PP_CScanner& scanner) {
+        PP_CTextReader const token = scanner.GetTokenText();
+        if (scanner.TokenTextIsCooked()) {
+            Flush();
+            fOut.AddText(token);
+            return;
+        }
+        if (token.GetReadPtr() != fEnd) {
+            Flush();
+            fStart = token.GetReadPtr();
+        }
+        fEnd = token.GetReadPtr() + token.Readable();
+    }
+
+    void Flush() {
+        if (fStart != fEnd)
+            fOut.AddStretch(fSource, PP_CTextReader(fStart, static_cast<unsigned long>(fEnd - fStart)));
+        fStart = fEnd = nullptr;
+    }
+
+private:
+    PP_CExpansionBuilder& fOut;
+    PP_CExpansionText const* fSource;
+    char const* fStart = nullptr;
+    char const* fEnd = nullptr;
+};
+
 // Whether prepared object-like text expands to itself: expansion copies it token by token, and
 // with no identifier among them and no continuation to remove, the copy is the text.
 bool expandsToItself(char const* text) {
@@ -219,11 +267,14 @@ PP_CExpansionText PP_CPPHelper::ExpandObjectMacro(PP_MacroBody* body, PP_MacroLi
 // no-expand mark behind it, so that it is never expanded again in whatever text it reaches.
 PP_CExpansionText PP_CPPHelper::ExpandMacroText(PP_CExpansionText const& text, PP_MacroLink* link) {
     EnterExpansion(text.Reader().Readable());
+    if (!mayChangeInExpansion(text.Reader()))
+        return text;
     ++fExpansionDepth;
     PP_CUseTempMem inUse(fMemory);
     PP_CTextReader reader = text.Reader();
     PP_CScanner local(&reader);
     PP_CExpansionBuilder out;
+    PlainRun run(out, &text);
     for (;;) {
         int error;
         int token = local.GetNextToken(&error);
@@ -236,15 +287,18 @@ PP_CExpansionText PP_CPPHelper::ExpandMacroText(PP_CExpansionText const& text, P
             // The chain that HasBeenExpanded walks is at most as long as the nest is deep.
             ChargeExpansion(static_cast<unsigned long>(fExpansionDepth));
         if (body == nullptr) {
-            addToken(out, local, &text);
+            run.AddToken(local);
         } else if (HasBeenExpanded(body, link)) {
-            addToken(out, local, &text);
+            run.AddToken(local);
+            run.Flush();
             out.AddChar(kPP_MacroNoExpand);
         } else {
+            run.Flush();
             bool expanded;
             out.Add(ExpandMacroBody(&local, &text, body, link, &expanded, false));
         }
     }
+    run.Flush();
     --fExpansionDepth;
     return out.Take();
 }

@@ -144,23 +144,14 @@ int PP_CScanner::CookedGetChar() {
     return c;
 }
 
-// Takes characters while they are in one of `classes`, which hold no line end. Such a character
-// is one raw byte that PrivSkipChar would just step over, so a run of them is taken by a tight
-// loop over the raw bytes. The loop stops at a backslash, behind which a continuation may hide
-// more of the run: there the cooked peek decides, as it does for every character on the slow path.
-void PP_CScanner::SkipRun(unsigned char classes) {
-    for (;;) {
-        char const* const start = fInput->GetReadPtr();
-        char const* const end = fInput->GetEndPtr();
-        char const* p = start;
-        while (p != end && (charClassOf(static_cast<unsigned char>(*p)) & classes) != 0)
-            ++p;
-        fInput->SkipTo(p);
-        fCharPos += static_cast<unsigned long>(p - start);
-        if (p == end || *p != kPPChar_Backslash || !inCharClass(PrivPeekChar(), classes))
+// The cursor is on a backslash that ended a run of `classes`: behind continuations the run may go
+// on, and there the cooked peek decides, as it does for every character on the slow path.
+void PP_CScanner::SkipRunAcrossBackslashes(unsigned char classes) {
+    do {
+        if (!inCharClass(PrivPeekChar(), classes))
             return;
         PrivSkipChar();
-    }
+    } while (SkipRawRun(classes));
 }
 
 bool PP_CScanner::SkipBlanksToEOL() {
@@ -331,7 +322,7 @@ int PP_CScanner::PrivRadixNumber(unsigned char digitClass, int token, int* error
 }
 
 // At most one U and one L, in either order, and nothing of a name or number directly behind.
-int PP_CScanner::PrivFixedSuffix(int token, int c, int* error) {
+int PP_CScanner::PrivSuffixLetters(int token, int c, int* error) {
     bool sawUnsigned = false;
     bool sawLong = false;
     for (; isidentchar(c); c = PrivSkipAndPeek()) {

@@ -154,18 +154,18 @@ public:
     void SkipChar() { CookedGetChar(); }
     bool SkipBlanksToEOL();
     // The white space or line end token that GetNextToken would read at the cursor, taken when it
-    // begins right there with no continuation first; true if there was one.
-    bool SkipPlainBlanks() {
-        if (!iswhite(RawPeekChar()))
-            return false;
-        SkipBlanks();
-        return true;
-    }
-    bool SkipPlainLineEnds() {
-        if (!isEOL(RawPeekChar()))
-            return false;
+    // begins right there with no continuation first: that token, or kPPScan_None. One class test
+    // tells most tokens from both.
+    int SkipPlainSeparator() {
+        int const c = RawPeekChar();
+        if (!inCharClass(c, kPPChar_Blank | kPPChar_EOL))
+            return kPPScan_None;
+        if (iswhite(c)) {
+            SkipBlanks();
+            return kPPScan_White;
+        }
         SkipLineEnds();
-        return true;
+        return kPPScan_EOL;
     }
     bool SkipComment();
     void IncrLineno() {
@@ -208,7 +208,26 @@ private:
         ++fCharPos;
         return CookedPeekChar();
     }
-    void SkipRun(unsigned char classes);
+    // Takes characters while they are in one of `classes`, which hold no line end. Such a
+    // character is one raw byte that PrivSkipChar would just step over, so a run of them is taken
+    // by a tight loop over the raw bytes, inline because most runs are a few bytes long.
+    void SkipRun(unsigned char classes) {
+        if (SkipRawRun(classes))
+            SkipRunAcrossBackslashes(classes);
+    }
+    // The raw bytes of the run; true when it stopped at a backslash, behind which a continuation
+    // may hide more of it.
+    bool SkipRawRun(unsigned char classes) {
+        char const* const start = fInput->GetReadPtr();
+        char const* const end = fInput->GetEndPtr();
+        char const* p = start;
+        while (p != end && (charClassOf(static_cast<unsigned char>(*p)) & classes) != 0)
+            ++p;
+        fInput->SkipTo(p);
+        fCharPos += static_cast<unsigned long>(p - start);
+        return p != end && *p == kPPChar_Backslash;
+    }
+    void SkipRunAcrossBackslashes(unsigned char classes);
     int PrivNextToken(int c, int* error);
     int PrivPrefixedToken(int c, int* error);
     int PrivIdentifier();
@@ -216,8 +235,12 @@ private:
     int PrivNumber(int c, int* error);
     int PrivRadixNumber(unsigned char digitClass, int token, int* error);
     int PrivPunctuation(int c, int* error);
-    // `c` is the character behind the digits, peeked already.
-    int PrivFixedSuffix(int token, int c, int* error);
+    // `c` is the character behind the digits, peeked already. Most numbers have no suffix, and
+    // that one character tells so without a call.
+    int PrivFixedSuffix(int token, int c, int* error) {
+        return isidentchar(c) ? PrivSuffixLetters(token, c, error) : token;
+    }
+    int PrivSuffixLetters(int token, int c, int* error);
     int PrivFraction(int* error);
     int PrivExponent(int* error);
     int PrivFloatSuffix(int* error);

@@ -59,12 +59,14 @@ RCResource* RCResourceFile::Lookup(unsigned long type, short id) const {
     return position == 0 ? nullptr : fResources[position - 1];
 }
 
+// The index grows before the look for a duplicate, so that one probe serves both the look and the
+// insertion; growing for a resource that is then refused changes nothing but the table's size.
 int RCResourceFile::AddResource(RCResource* resource) {
     unsigned long const type = resource->GetType();
     short const id = resource->GetId();
-    if (Lookup(type, id) != nullptr) return kMsg_DuplicateResource;
     if (4 * (fResources.size() + 1) > 3 * fIndex.size()) GrowIndex();
     std::size_t const slot = SlotOf(type, id);
+    if (fIndex[slot].fPosition != 0) return kMsg_DuplicateResource;
     fResources.push_back(resource);
     fIndex[slot] = Slot{static_cast<uint32_t>(IndexHash(type, id)), static_cast<uint32_t>(fResources.size())};
     return 0;

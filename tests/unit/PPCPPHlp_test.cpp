@@ -133,6 +133,15 @@ TEST_F(PPCPPHlp, TextWithoutNamesExpandsToItself) {
     }
 }
 
+// Nameless stretches are passed on whole, so the names between them must still land in place, and
+// a continuation in nameless text must still be removed.
+TEST_F(PPCPPHlp, NamelessStretchesKeepTheirPlaceAroundNames) {
+    EXPECT_EQ(expand("#define M 1\n#define f(a) (a) + a * 2\nf(3) f(M) f(( 4 , M ))"),
+              "( 3 ) + 3 * 2 ( 1 ) + 1 * 2 ( ( 4 , 1 ) ) + ( 4 , 1 ) * 2");
+    EXPECT_EQ(expand("#define g(a) a\ng(12\\\n34 \"x\\\ny\")"), "1234 \"xy\"");
+    EXPECT_TRUE(messages().empty());
+}
+
 // A text of a hundred bytes that would expand to a billion tokens, or a body that copies its
 // argument thousands of times at every level, is cut off by the work budget and reported once.
 // Once stopped, no macro of the file is expanded, so each text needs a preprocessor of its own.
