@@ -54,6 +54,6 @@ void* RCSmallBlocks::Carve(std::size_t index) {
     return block;
 }
 
-void RCRecycled::ThrowBadAlloc() {
+void RCThrowBadAlloc() {
     throw std::bad_alloc();
 }

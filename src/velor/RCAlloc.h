@@ -62,6 +62,13 @@ inline void* RCAllocSmall(std::size_t size) {
     return RCSmallBlocks::IsSmall(size) ? RCSmallBlocks::Take(size) : RCAlloc(size);
 }
 
+// As RCAllocSmall for a block that must be there: exhaustion throws std::bad_alloc.
+[[noreturn]] void RCThrowBadAlloc();
+inline void* RCAllocSmallOrThrow(std::size_t size) {
+    if (void* block = RCAllocSmall(size)) return block;
+    RCThrowBadAlloc();
+}
+
 // Gives a block from RCAllocSmall back; null is ignored.
 inline void RCFreeSmall(void* block, std::size_t size) {
     if (block == nullptr) return;
@@ -75,12 +82,6 @@ inline void RCFreeSmall(void* block, std::size_t size) {
 // come from RCAllocSmall, and exhaustion throws std::bad_alloc. A class deleted through a pointer
 // to a base needs a virtual destructor, so that the size given back is that of the whole object.
 struct RCRecycled {
-    static void* operator new(std::size_t size) {
-        if (void* block = RCAllocSmall(size)) return block;
-        ThrowBadAlloc();
-    }
+    static void* operator new(std::size_t size) { return RCAllocSmallOrThrow(size); }
     static void operator delete(void* block, std::size_t size) { RCFreeSmall(block, size); }
-
-private:
-    [[noreturn]] static void ThrowBadAlloc();
 };

@@ -3,7 +3,6 @@
 #include "RCArray.h"
 
 #include <algorithm>
-#include <new>
 
 #include "MsgIds.h"
 #include "RCScanner.h"
@@ -52,8 +51,7 @@ void RCArrayLabel::GrowToHold(long index) {
     // Half as much again as the index asks for; at least enough for the index itself.
     long capacity = std::max(index == 0 ? kFirstCapacity : index * 3 / 2, index + 1);
     // Tables are made per resource, so the small ones are recycled like the labels themselves.
-    auto* children = static_cast<RCArrayLabel**>(RCAllocSmall(TableBytes(capacity)));
-    if (children == nullptr) throw std::bad_alloc();
+    auto* children = static_cast<RCArrayLabel**>(RCAllocSmallOrThrow(TableBytes(capacity)));
     std::copy(fChildren, fChildren + fCount, children);
     RCFreeSmall(fChildren, TableBytes(fCapacity));
     fChildren = children;

@@ -5,7 +5,6 @@
 
 #include <cstring>
 #include <memory>
-#include <new>
 #include <vector>
 
 #include "Assertion.h"
@@ -689,8 +688,7 @@ RCExpression_MultipleArgs::~RCExpression_MultipleArgs() {
 
 // The argument lists of the nodes made per resource come from the small-block free lists.
 RCExpression** RCExpression_MultipleArgs::NewArgv(int argc) {
-    if (void* block = RCAllocSmall(ArgvBytes(argc))) return static_cast<RCExpression**>(block);
-    throw std::bad_alloc();
+    return static_cast<RCExpression**>(RCAllocSmallOrThrow(ArgvBytes(argc)));
 }
 
 std::size_t RCExpression_MultipleArgs::ArgvBytes(int argc) {
