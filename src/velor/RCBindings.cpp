@@ -293,10 +293,9 @@ void RCBindings::RequireRoom(unsigned long bitCount) const {
 }
 
 void RCBindings::AddWholeBytes(unsigned long value, short width) {
-    int const count = width / kBitsPerByte;
-    unsigned char* bytes = fData.Advance(static_cast<uint64_t>(count));
+    unsigned char* bytes = fData.Advance(static_cast<uint64_t>(width / kBitsPerByte));
     if (bytes == nullptr) outOfMemory();
-    for (int i = 0; i < count; ++i) bytes[i] = lowOrderByte(value, i);
+    StoreLowOrderFirst(bytes, value, width);
     fBit += width;
 }
 

@@ -107,13 +107,9 @@ private:
     // The innermost frame, which the caller needs: without one the program stops on an assertion.
     RCBindings_Def* RequireDefn() const;
     static bool IsByteWordOrLong(short width) { return width == 8 || width == 16 || width == 32; }
+    // The width / 8 bytes of value, low order first; width is at most 32.
     static void StoreLowOrderFirst(unsigned char* bytes, unsigned long value, short width) {
-        bytes[0] = static_cast<unsigned char>(value);
-        if (width == 8) return;
-        bytes[1] = static_cast<unsigned char>(value >> 8);
-        if (width == 16) return;
-        bytes[2] = static_cast<unsigned char>(value >> 16);
-        bytes[3] = static_cast<unsigned char>(value >> 24);
+        for (int i = 0; i < width / 8; ++i) bytes[i] = static_cast<unsigned char>(value >> (8 * i));
     }
     // Every value the inline path leaves: it checks the width and the bound, and lays floats, bit
     // fields and unaligned fields.
