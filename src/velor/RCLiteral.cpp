@@ -5,10 +5,9 @@
 #include "RCLiteral.h"
 
 #include <cctype>
-#include <cstdlib>
-#include <string>
 
 #include "Assertion.h"
+#include "DecimalReal.h"
 #include "MsgIds.h"
 #include "RCScanner.h"
 
@@ -85,8 +84,7 @@ long RCScanner::EvalNumber() const {
 double RCScanner::EvalRealNumber() const {
     VELOR_ASSERT_TEXT("RCScanner::EvalRealNumber", fTokenType == kPPScan_Float || fTokenType == kPPScan_Double ||
                                                        fTokenType == kPPScan_LongDouble);
-    std::string const text(fTokenText.GetReadPtr(), fTokenText.Readable());
-    return std::atof(text.c_str());
+    return DecimalReal(fTokenText.GetReadPtr(), fTokenText.Readable());
 }
 
 char const* RCScanner::LiteralLimit() const {
