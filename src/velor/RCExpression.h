@@ -65,8 +65,9 @@ public:
 
     // The parser. Each returns an owned tree, or null after a message. Outside callers pass -1.
     static RCExpression* ParseExpression(RCScanner* scanner, int minPriority);
-    // A whole expression that may be a lone integer literal: that comes back in literal, with tree
-    // left null; anything else comes back in tree. False after a message.
+    // A whole value of a value list, which may be a lone integer literal: that comes back in
+    // literal, with tree left null; anything else comes back in tree, where operators over
+    // literals are already folded when that says nothing. False after a message.
     static bool ParseValue(RCScanner* scanner, RCNumber& literal, RCPtr<RCExpression>& tree);
     static RCExpression* ParseTerm(RCScanner* scanner);
     static RCExpression* ParseString(RCScanner* scanner);

@@ -79,6 +79,27 @@ TEST_F(RCExpressionTest, AValueIsALoneLiteralOrATreeThatStartsWithIt) {
     }
 }
 
+// A value folds operators over literals as it is parsed, but never one that would report, and
+// a tree of a type body keeps every node, since its description shows it as written.
+TEST_F(RCExpressionTest, AValueFoldsItsConstantsSilentlyAndABodyTreeDoesNot) {
+    for (char const* text : {"(3) * 256 + (4) ;", "- 2 ;", "1 ? 2 : 3 ;", "1.5 % 2 ;", "~1.5 ;", "6 / 8.0 ;"}) {
+        RCTestScanner scanner(text);
+        RCTestBindings bindings(scanner);
+        RCNumber literal;
+        RCPtr<RCExpression> tree;
+        RCCapturedMessages parsing;
+        ASSERT_TRUE(RCExpression::ParseValue(scanner, literal, tree)) << text;
+        EXPECT_EQ(parsing.Text(), "") << text;
+        bool const folds = std::string(text).find_first_of("?%~") == std::string::npos;
+        EXPECT_EQ(tree->LiteralValue() != nullptr, folds) << text;
+        RCCapturedMessages evaluating;
+        EXPECT_DOUBLE_EQ(tree->Evaluate(scanner, bindings.get()).AsDouble(), Evaluate(text).AsDouble()) << text;
+    }
+    RCTestScanner scanner("1 + 2");
+    RCPtr<RCExpression> body(RCExpression::ParseExpression(scanner, -1));
+    EXPECT_EQ(body->LiteralValue(), nullptr);
+}
+
 TEST_F(RCExpressionTest, ATernaryEndsItsLevelAndNestsToTheRight) {
     EXPECT_EQ(Integer("1 ? 2 : 3 + 4"), 2);
     EXPECT_EQ(Integer("0 ? 2 : 3 + 4"), 7);
