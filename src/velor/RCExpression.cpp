@@ -3,6 +3,7 @@
 
 #include "RCExpression.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -191,6 +192,10 @@ RCNumber const* RCExpression::LiteralValue() const {
 
 RCExpression_2* RCExpression::AsBinary() {
     return nullptr;
+}
+
+RCDependence RCExpression::Dependence() const {
+    return RCDependence::kBindings;
 }
 
 UniqueStruct* RCExpression::AsName() {
@@ -438,6 +443,10 @@ RCNumber const* RCExpression_Number::LiteralValue() const {
     return &fNumber;
 }
 
+RCDependence RCExpression_Number::Dependence() const {
+    return fNumber.IsInteger() ? RCDependence::kNothing : RCDependence::kBindings;
+}
+
 RCExpression* RCExpression_Number::Reduce(RCScanner*, RCBindings*, bool& isConstant) const {
     isConstant = true;
     return Number(fNumber);
@@ -541,6 +550,10 @@ bool RCExpression_1::IsNumber() const {
     return fOperand->IsNumber();
 }
 
+RCDependence RCExpression_1::Dependence() const {
+    return fOperand->Dependence();
+}
+
 RCExpression* RCExpression_1::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
     ReducedOperand operand(fOperand, scanner, bindings);
     isConstant = operand.IsConstant();
@@ -622,6 +635,13 @@ bool RCExpression_2::IsNumber() const {
     for (std::size_t i = 0; i < spine.Size(); ++i)
         if (!spine[i]->fRight->IsNumber()) return false;
     return spine.Bottom()->IsNumber();
+}
+
+RCDependence RCExpression_2::Dependence() const {
+    LeftSpine const spine(this);
+    RCDependence most = spine.Bottom()->Dependence();
+    for (std::size_t i = 0; i < spine.Size(); ++i) most = std::max(most, spine[i]->fRight->Dependence());
+    return most;
 }
 
 // Each level reduces its left side, then its right, and folds when both are constant: the order
@@ -754,6 +774,12 @@ void RCExpression_MultipleArgs::WriteArguments(DataArea* area, int indent) const
         if (i != 0) newLineIndent(area, indent);
         fArgv[i]->WriteDescription(area, indent);
     }
+}
+
+RCDependence RCExpression_Function::Dependence() const {
+    RCDependence most = RCDependence::kOutput;
+    for (int i = 0; i < fArgc; ++i) most = std::max(most, fArgv[i]->Dependence());
+    return most;
 }
 
 RCExpression* RCExpression_Function::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {

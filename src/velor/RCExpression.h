@@ -37,6 +37,11 @@ enum RCFunction : int {
     kFunction_Word,
 };
 
+// What the value of a tree depends on, from least to most: nothing (integer literals and their
+// operators), the output alone (the $$ functions that read it, over such operands), or the
+// bindings at large (names, labels, arrays, and every float, whose operators may report).
+enum class RCDependence { kNothing, kOutput, kBindings };
+
 // Every field's value is a tree of nodes made and dropped per resource, so nodes are recycled.
 class RCExpression : public RCRecycled {
 public:
@@ -58,6 +63,9 @@ public:
     // The node as a binary operator, or null.
     virtual RCExpression_2* AsBinary();
     virtual UniqueStruct* AsName();
+    // A tree that depends on the output alone evaluates the same and says nothing, whether it is
+    // evaluated as it stands or reduced first, and is never constant.
+    virtual RCDependence Dependence() const;
     // A new tree owned by the caller; isConstant tells whether it can be evaluated now.
     virtual RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const = 0;
     virtual RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings);
@@ -94,6 +102,7 @@ public:
 
     bool IsNumber() const override;
     RCNumber const* LiteralValue() const override;
+    RCDependence Dependence() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings) override;
     void WriteDescription(DataArea* area, int indent) override;
@@ -176,6 +185,7 @@ public:
     RCExpression_1(int op, RCExpression* operand) : fOperator(op), fOperand(operand) {}
 
     bool IsNumber() const override;
+    RCDependence Dependence() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings) override;
     void WriteDescription(DataArea* area, int indent) override;
@@ -193,6 +203,7 @@ public:
 
     RCExpression_2* AsBinary() override;
     bool IsNumber() const override;
+    RCDependence Dependence() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings) override;
     void WriteDescription(DataArea* area, int indent) override;
@@ -252,6 +263,7 @@ public:
     RCExpression_Function(int function, int argc, RCExpression** argv)
         : RCExpression_MultipleArgs(function, argc, argv) {}
 
+    RCDependence Dependence() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings) override;
     void WriteDescription(DataArea* area, int indent) override;

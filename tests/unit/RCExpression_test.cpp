@@ -100,6 +100,25 @@ TEST_F(RCExpressionTest, AValueFoldsItsConstantsSilentlyAndABodyTreeDoesNot) {
     EXPECT_EQ(body->LiteralValue(), nullptr);
 }
 
+// Only a tree of integer literals, their operators and the $$ functions that read the output may
+// be evaluated as it stands when its fixup runs.
+TEST_F(RCExpressionTest, ATreeDependsOnTheOutputOnlyThroughFunctionsOverIntegers) {
+    struct Case {
+        char const* text;
+        RCDependence dependence;
+    };
+    for (Case const& c : {Case{"(1 << 12) - ~1", RCDependence::kNothing},
+                          Case{"$$Word(0) ^ ((1 << 12) - 1)", RCDependence::kOutput},
+                          Case{"-$$BitField(8, 4, 4)", RCDependence::kOutput},
+                          Case{"$$Byte(0) + 1.5", RCDependence::kBindings},
+                          Case{"$$Long(n)", RCDependence::kBindings}, Case{"1 + n", RCDependence::kBindings}}) {
+        RCTestScanner scanner(c.text);
+        RCPtr<RCExpression> expression(RCExpression::ParseExpression(scanner, -1));
+        ASSERT_TRUE(expression) << c.text;
+        EXPECT_EQ(expression->Dependence(), c.dependence) << c.text;
+    }
+}
+
 TEST_F(RCExpressionTest, ATernaryEndsItsLevelAndNestsToTheRight) {
     EXPECT_EQ(Integer("1 ? 2 : 3 + 4"), 2);
     EXPECT_EQ(Integer("0 ? 2 : 3 + 4"), 7);
