@@ -132,7 +132,7 @@ protected:
 };
 
 // A statement list run once, in order.
-class RCStatement_Compound : public RCStatement_Multiple {
+class RCStatement_Compound final : public RCStatement_Multiple {
 public:
     explicit RCStatement_Compound(RCStatementList& statements);
 

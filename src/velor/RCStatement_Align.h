@@ -4,7 +4,7 @@
 
 #include "RCStatement.h"
 
-class RCStatement_Align : public RCStatement {
+class RCStatement_Align final : public RCStatement {
 public:
     explicit RCStatement_Align(int width);
 

@@ -7,7 +7,7 @@
 
 class RCTraceScope;
 
-class RCStatement_Array : public RCStatement_Multiple {
+class RCStatement_Array final : public RCStatement_Multiple {
 public:
     // Each takes the list; the second takes the expression too.
     RCStatement_Array(UniqueStruct* arrayName, RCStatementList& statements);

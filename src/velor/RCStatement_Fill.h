@@ -7,7 +7,7 @@
 #include "RCPtr.h"
 #include "RCStatement.h"
 
-class RCStatement_Fill : public RCStatement {
+class RCStatement_Fill final : public RCStatement {
 public:
     // Takes the expression and the specifiers' items.
     RCStatement_Fill(int width, RCExpression* count, RCNamedList<RCNamedValue>& fillSpecs);

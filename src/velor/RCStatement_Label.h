@@ -5,7 +5,7 @@
 #include "RCPtr.h"
 #include "RCStatement.h"
 
-class RCStatement_Label : public RCStatement {
+class RCStatement_Label final : public RCStatement {
 public:
     // Takes the labelled statement.
     RCStatement_Label(UniqueStruct* labelName, RCStatement* labelled);

@@ -5,7 +5,7 @@
 
 #include "RCStatement.h"
 
-class RCStatement_MultiString : public RCStatement {
+class RCStatement_MultiString final : public RCStatement {
 public:
     // multi-string-value: number-expression `,` string-expression { `;` number-expression `,`
     // string-expression } [ `;` ]

@@ -8,7 +8,7 @@
 
 // A field of a fixed number of bits: an integer of up to 32 bits, or a float of 32 or 64. It has a
 // constant value, or a list of names with values, or neither: never both.
-class RCStatement_Number : public RCStatement {
+class RCStatement_Number final : public RCStatement {
 public:
     RCStatement_Number(short width, bool isInteger);
     // A constant field; takes the expression.

@@ -16,7 +16,7 @@ public:
     ~RCNamedStatementList();
 };
 
-class RCStatement_Switch : public RCStatement {
+class RCStatement_Switch final : public RCStatement {
 public:
     // Takes the list.
     explicit RCStatement_Switch(RCNamedStatementList& cases);
