@@ -275,6 +275,27 @@ bool RCExpression::ParseValue(RCScanner* scanner, RCNumber& literal, RCPtr<RCExp
     return tree != nullptr;
 }
 
+// string-value = string-term | expression
+// A lone string term, the value of most string fields, is given as its bytes without a node; one
+// followed by an operator starts a tree as ParseExpression would.
+bool RCExpression::ParseStringValue(RCScanner* scanner, RCByteString& string, RCPtr<RCExpression>& tree) {
+    if (!isStringToken(scanner->TokenType())) {
+        tree = ParseExpression(scanner, kNoMinPriority);
+        return tree != nullptr;
+    }
+    RCNestingGuard depth(gExpressionNesting);
+    if (!depth.Deeper(scanner)) return false;
+    RCByteString merged = MergeStrings(scanner);
+    if (merged.fData == nullptr) return false;
+    if (getOperatorPriority(scanner->TokenType()) <= kNoMinPriority) {
+        string = merged;
+        return true;
+    }
+    tree = RCExpression_String::Adopting(merged);
+    tree = ParseOperators(scanner, tree, kNoMinPriority);
+    return tree != nullptr;
+}
+
 // conditional = expression "?" expression ":" expression; entered behind the "?".
 RCExpression* RCExpression::ParseConditional(RCScanner* scanner, RCPtr<RCExpression>& condition) {
     RCPtr<RCExpression> thenPart(ParseExpression(scanner, kNoMinPriority));
@@ -355,14 +376,19 @@ RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
 
 // string-term = string-literal { string-literal }
 RCExpression* RCExpression::ParseString(RCScanner* scanner) {
+    RCByteString string = MergeStrings(scanner);
+    if (string.fData == nullptr) return nullptr;
+    return RCExpression_String::Adopting(string);
+}
+
+RCByteString RCExpression::MergeStrings(RCScanner* scanner) {
     // Adjacent literals make one string.
     RCByteString work;
     do {
         if (!scanner->MergeString(work)) break;
         scanner->NextToken();
     } while (isStringToken(scanner->TokenType()));
-    if (work.fData == nullptr) return nullptr;
-    return RCExpression_String::Adopting(work);
+    return work;
 }
 
 // function = $$-keyword "(" [ expression-list ] ")"

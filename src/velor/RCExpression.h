@@ -77,6 +77,9 @@ public:
     // literal, with tree left null; anything else comes back in tree, where operators over
     // literals are already folded when that says nothing. False after a message.
     static bool ParseValue(RCScanner* scanner, RCNumber& literal, RCPtr<RCExpression>& tree);
+    // The same for a string value: a lone string term comes back in string, whose storage the
+    // caller then destroys, with tree left null; anything else comes back in tree.
+    static bool ParseStringValue(RCScanner* scanner, RCByteString& string, RCPtr<RCExpression>& tree);
     static RCExpression* ParseTerm(RCScanner* scanner);
     static RCExpression* ParseString(RCScanner* scanner);
     static RCExpression* ParseFunction(RCScanner* scanner, int function);
@@ -91,6 +94,8 @@ public:
     static RCExpression* Increment(RCExpression* base, long delta);
 
 private:
+    // The adjacent string literals at the current token as one string, null if there are none.
+    static RCByteString MergeStrings(RCScanner* scanner);
     static RCExpression* ParseConditional(RCScanner* scanner, RCPtr<RCExpression>& condition);
     static RCExpression* ParseOperators(RCScanner* scanner, RCPtr<RCExpression>& tree, int minPriority);
     static RCExpression* ParseNumericTerm(RCScanner* scanner, int token);

@@ -4,8 +4,7 @@
 
 #include "RCScanner.h"
 
-bool RCNestingGuard::Deeper(RCScanner* scanner) {
-    if (TryDeeper()) return true;
+bool RCNestingGuard::Refuse(RCScanner* scanner) {
     scanner->Error(fNesting.fMessage, 0);
     return false;
 }

@@ -20,8 +20,9 @@ public:
     RCNestingGuard& operator=(RCNestingGuard const&) = delete;
     ~RCNestingGuard() { fNesting.fDepth -= fTaken; }
 
-    // One level deeper; false, with the kind's message reported, once past the limit.
-    bool Deeper(RCScanner* scanner);
+    // One level deeper; false, with the kind's message reported, once past the limit. Every
+    // expression, value and type instance takes a level, so the test stays inline.
+    bool Deeper(RCScanner* scanner) { return TryDeeper() || Refuse(scanner); }
     // The same for a caller with a way of its own to refuse: nothing is reported.
     bool TryDeeper() {
         ++fTaken;
@@ -29,6 +30,9 @@ public:
     }
 
 private:
+    // Reports the kind's message; always false.
+    bool Refuse(RCScanner* scanner);
+
     RCNesting& fNesting;
     int fTaken = 0;
 };

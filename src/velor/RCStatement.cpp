@@ -76,8 +76,17 @@ bool RCStatement::CreateResource_Long(RCScanner* scanner, RCBindings* bindings, 
 }
 
 bool RCStatement::CreateResource_String(RCScanner* scanner, RCBindings*, RCByteString* value) {
-    RCPtr<RCExpression> expression(ScanString(scanner));
-    if (!expression) return false;
+    RCByteString literal;
+    RCPtr<RCExpression> expression;
+    if (!RCExpression::ParseStringValue(scanner, literal, expression)) return false;
+    if (!expression) {
+        *value = literal;
+        return true;
+    }
+    if (!expression->IsString()) {
+        scanner->Error(kMsg_ExpectedString, 0);
+        return false;
+    }
     *value = expression->AsString();
     return true;
 }

@@ -84,8 +84,13 @@ bool RCStatement_ByteString::CreateResource(RCBindings* bindings, RCScanner* sca
 bool RCStatement_ByteString::AddInputValue(RCBindings* bindings, RCScanner* scanner) {
     // An identifier always names one of the field's symbolic values, as in a number field.
     if (scanner->TokenType() == kPPScan_Ident) return AddSymbolicValue(bindings, scanner);
-    RCPtr<RCExpression> value(RCExpression::ParseExpression(scanner, -1));
-    return AddString(bindings, scanner, value);
+    RCByteString literal;
+    RCPtr<RCExpression> value;
+    if (!RCExpression::ParseStringValue(scanner, literal, value)) return false;
+    if (value) return AddString(bindings, scanner, value);
+    bool added = AddString(bindings, scanner, literal);
+    literal.Destroy();
+    return added;
 }
 
 bool RCStatement_ByteString::AddSymbolicValue(RCBindings* bindings, RCScanner* scanner) {
