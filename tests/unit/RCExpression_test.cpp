@@ -100,6 +100,27 @@ TEST_F(RCExpressionTest, AValueFoldsItsConstantsSilentlyAndABodyTreeDoesNot) {
     EXPECT_EQ(body->LiteralValue(), nullptr);
 }
 
+// A lone string term comes back as its merged bytes, anything else as the tree that the full
+// parser builds; either way the value ends at the same token.
+TEST_F(RCExpressionTest, AStringValueIsALoneTermOrATree) {
+    struct Case {
+        char const* text;
+        char const* lone;
+    };
+    for (Case const& c : {Case{"\"ab\" \"cd\" ;", "abcd"}, Case{"\"ab\" + 1 ;", nullptr}}) {
+        RCTestScanner scanner(c.text);
+        RCByteString string;
+        RCPtr<RCExpression> tree;
+        ASSERT_TRUE(RCExpression::ParseStringValue(scanner, string, tree)) << c.text;
+        EXPECT_EQ(tree == nullptr, c.lone != nullptr) << c.text;
+        if (c.lone) {
+            EXPECT_EQ(std::string(string.Bytes(), string.fLength), c.lone);
+        }
+        EXPECT_EQ(scanner->TokenType(), kPPScan_Semicolon) << c.text;
+        string.Destroy();
+    }
+}
+
 // Only a tree of integer literals, their operators and the $$ functions that read the output may
 // be evaluated as it stands when its fixup runs.
 TEST_F(RCExpressionTest, ATreeDependsOnTheOutputOnlyThroughFunctionsOverIntegers) {
