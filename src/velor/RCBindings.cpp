@@ -209,8 +209,9 @@ RCBindings::RCBindings(RCSymbolTable* symbolTable, RCResourceFile* resourceFile,
       fSymbolTable(symbolTable),
       fBit(0),
       fDescriptionIndent(0) {
-    if (spareOutputArea().HasBlock()) {
-        fData.Swap(spareOutputArea());
+    DataArea& spare = spareOutputArea();
+    if (spare.HasBlock()) {
+        fData.Swap(spare);
         return;
     }
     // A small start, as most resources are a few bytes; a large growth step, as a resource may
