@@ -116,23 +116,27 @@ private:
     bool fOuter;
 };
 
-// The unary operator over a parsed operand, which it takes.
+// The unary operator over a parsed operand, which it takes. A folded result stays in the
+// operand's node.
 RCExpression* combineUnary(RCScanner* scanner, int op, RCExpression* operand) {
-    RCNumber const* value = gFoldingValue ? operand->LiteralValue() : nullptr;
-    if (value == nullptr || !evaluatesSilently(op, *value)) return new RCExpression_1(op, operand);
-    RCPtr<RCExpression> owned(operand);
-    return RCExpression::Number(evaluateUnary(scanner, op, *value));
+    RCExpression_Number* literal = gFoldingValue ? operand->AsLiteral() : nullptr;
+    if (literal == nullptr || !evaluatesSilently(op, *literal->LiteralValue()))
+        return new RCExpression_1(op, operand);
+    literal->Hold(evaluateUnary(scanner, op, *literal->LiteralValue()));
+    return literal;
 }
 
-// The binary operator over its parsed sides, which it takes.
+// The binary operator over its parsed sides, which it takes. A folded result stays in the node
+// of the left side.
 RCExpression* combineBinary(RCScanner* scanner, int op, RCExpression* left, RCExpression* right) {
-    RCNumber const* leftValue = gFoldingValue ? left->LiteralValue() : nullptr;
-    RCNumber const* rightValue = leftValue != nullptr ? right->LiteralValue() : nullptr;
-    if (rightValue == nullptr || !evaluatesSilently(op, *leftValue, *rightValue))
+    RCExpression_Number* leftLiteral = gFoldingValue ? left->AsLiteral() : nullptr;
+    RCExpression_Number* rightLiteral = leftLiteral != nullptr ? right->AsLiteral() : nullptr;
+    if (rightLiteral == nullptr ||
+        !evaluatesSilently(op, *leftLiteral->LiteralValue(), *rightLiteral->LiteralValue()))
         return new RCExpression_2(op, left, right);
-    RCPtr<RCExpression> ownedLeft(left);
     RCPtr<RCExpression> ownedRight(right);
-    return RCExpression::Number(evaluateBinary(scanner, op, *leftValue, *rightValue));
+    leftLiteral->Hold(evaluateBinary(scanner, op, *leftLiteral->LiteralValue(), *rightLiteral->LiteralValue()));
+    return left;
 }
 
 void deleteArguments(int count, RCExpression** argv) {
@@ -191,6 +195,10 @@ RCNumber const* RCExpression::LiteralValue() const {
 }
 
 RCExpression_2* RCExpression::AsBinary() {
+    return nullptr;
+}
+
+RCExpression_Number* RCExpression::AsLiteral() {
     return nullptr;
 }
 
@@ -467,6 +475,10 @@ bool RCExpression_Number::IsNumber() const {
 
 RCNumber const* RCExpression_Number::LiteralValue() const {
     return &fNumber;
+}
+
+RCExpression_Number* RCExpression_Number::AsLiteral() {
+    return this;
 }
 
 RCDependence RCExpression_Number::Dependence() const {

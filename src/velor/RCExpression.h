@@ -23,6 +23,7 @@ class RCArray;
 class RCArrayLabel;
 class RCBindings;
 class RCExpression_2;
+class RCExpression_Number;
 class RCScanner;
 class RCValueCell;
 struct UniqueStruct;
@@ -62,6 +63,8 @@ public:
     virtual RCNumber const* LiteralValue() const;
     // The node as a binary operator, or null.
     virtual RCExpression_2* AsBinary();
+    // The node as a number literal, or null.
+    virtual RCExpression_Number* AsLiteral();
     virtual UniqueStruct* AsName();
     // A tree that depends on the output alone evaluates the same and says nothing, whether it is
     // evaluated as it stands or reduced first, and is never constant.
@@ -105,8 +108,12 @@ class RCExpression_Number : public RCExpression {
 public:
     explicit RCExpression_Number(RCNumber const& number) : fNumber(number) {}
 
+    // The literal becomes another: constants fold into the node of their first operand.
+    void Hold(RCNumber const& number) { fNumber = number; }
+
     bool IsNumber() const override;
     RCNumber const* LiteralValue() const override;
+    RCExpression_Number* AsLiteral() override;
     RCDependence Dependence() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings) override;
