@@ -99,6 +99,33 @@ inline bool isodigit(int c) { return inCharClass(c, kPPChar_Octal); }
 // A character that may stand inside an identifier: an identifier start or a digit.
 inline bool isidentchar(int c) { return inCharClass(c, kPPChar_Ident); }
 
+// The token that a byte makes by itself whatever follows it, or kPPScan_None: the brackets and
+// separators, which are most of the punctuation of a description.
+namespace PP_ScanDetail {
+
+struct SingleByteTokens {
+    unsigned char fToken[256];
+};
+
+constexpr SingleByteTokens MakeSingleByteTokens() {
+    SingleByteTokens table{};
+    table.fToken[static_cast<unsigned char>('(')] = kPPScan_LParen;
+    table.fToken[static_cast<unsigned char>(')')] = kPPScan_RParen;
+    table.fToken[static_cast<unsigned char>(',')] = kPPScan_Comma;
+    table.fToken[static_cast<unsigned char>(';')] = kPPScan_Semicolon;
+    table.fToken[static_cast<unsigned char>('?')] = kPPScan_Question;
+    table.fToken[static_cast<unsigned char>('[')] = kPPScan_LBrace;
+    table.fToken[static_cast<unsigned char>(']')] = kPPScan_RBrace;
+    table.fToken[static_cast<unsigned char>('{')] = kPPScan_LCurly;
+    table.fToken[static_cast<unsigned char>('}')] = kPPScan_RCurly;
+    table.fToken[static_cast<unsigned char>('~')] = kPPScan_Tilde;
+    return table;
+}
+
+inline constexpr SingleByteTokens kSingleByteTokens = MakeSingleByteTokens();
+
+} // namespace PP_ScanDetail
+
 // White space, comments and line ends: the tokens that only separate others.
 inline bool isSpaceToken(int token) {
     return token == kPPScan_EOL || token == kPPScan_White || token == kPPScan_Comment;
@@ -128,8 +155,16 @@ public:
     // Swaps the input only; the caller restores line and position itself.
     void SetCurrentInput(PP_CTextReader* input) { fInput = input; }
 
-    // `*error` is 0, or an index of the preprocessor's message table for bad text.
-    int GetNextToken(int* error);
+    // `*error` is 0, or an index of the preprocessor's message table for bad text. A token that
+    // its first byte makes whole is taken here; the rest are read out of line.
+    int GetNextToken(int* error) {
+        fTokenStart = fInput->GetReadPtr();
+        fHasContinuation = false;
+        *error = 0;
+        if (int const token = TakeSingleByteToken())
+            return token;
+        return PrivGetNextToken(error);
+    }
     // The current token's text with continuation lines removed.
     PP_CTextReader GetTokenText() {
         unsigned long size = static_cast<unsigned long>(fInput->GetReadPtr() - fTokenStart);
@@ -228,6 +263,22 @@ private:
         return p != end && *p == kPPChar_Backslash;
     }
     void SkipRunAcrossBackslashes(unsigned char classes);
+    // The token of a byte that is one by itself, taken, or kPPScan_None. The peek behind the token
+    // that the general path makes would fold a continuation there and count its line, so a
+    // backslash behind the byte leaves the token to that path.
+    int TakeSingleByteToken() {
+        char const* const p = fInput->GetReadPtr();
+        char const* const end = fInput->GetEndPtr();
+        if (p == end)
+            return kPPScan_None;
+        int const token = PP_ScanDetail::kSingleByteTokens.fToken[static_cast<unsigned char>(*p)];
+        if (token == kPPScan_None || (p + 1 != end && p[1] == kPPChar_Backslash))
+            return kPPScan_None;
+        fInput->SkipTo(p + 1);
+        ++fCharPos;
+        return token;
+    }
+    int PrivGetNextToken(int* error);
     int PrivNextToken(int c, int* error);
     int PrivPrefixedToken(int c, int* error);
     int PrivIdentifier();
