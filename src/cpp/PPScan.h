@@ -99,16 +99,23 @@ inline bool isodigit(int c) { return inCharClass(c, kPPChar_Octal); }
 // A character that may stand inside an identifier: an identifier start or a digit.
 inline bool isidentchar(int c) { return inCharClass(c, kPPChar_Ident); }
 
-// The token that a byte makes by itself whatever follows it, or kPPScan_None: the brackets and
-// separators, which are most of the punctuation of a description.
+// The tokens that the scanner takes inline, by the byte they begin with: a byte that is a token by
+// itself whatever follows it (the brackets and separators), a name that cannot be the prefix of a
+// literal, and a number; kPPScan_None for every other byte. These are most tokens of a description.
 namespace PP_ScanDetail {
 
-struct SingleByteTokens {
+struct InlineTokens {
     unsigned char fToken[256];
 };
 
-constexpr SingleByteTokens MakeSingleByteTokens() {
-    SingleByteTokens table{};
+constexpr InlineTokens MakeInlineTokens() {
+    InlineTokens table{};
+    for (int c = 0; c < 256; ++c) {
+        if (inCharClass(c, kPPChar_IdentStart) && c != '$' && c != 'L' && c != 'l' && c != 'J' && c != 'j')
+            table.fToken[c] = kPPScan_Ident;
+        if (inCharClass(c, kPPChar_Decimal))
+            table.fToken[c] = kPPScan_Decimal;
+    }
     table.fToken[static_cast<unsigned char>('(')] = kPPScan_LParen;
     table.fToken[static_cast<unsigned char>(')')] = kPPScan_RParen;
     table.fToken[static_cast<unsigned char>(',')] = kPPScan_Comma;
@@ -122,7 +129,7 @@ constexpr SingleByteTokens MakeSingleByteTokens() {
     return table;
 }
 
-inline constexpr SingleByteTokens kSingleByteTokens = MakeSingleByteTokens();
+inline constexpr InlineTokens kInlineTokens = MakeInlineTokens();
 
 } // namespace PP_ScanDetail
 
@@ -155,13 +162,13 @@ public:
     // Swaps the input only; the caller restores line and position itself.
     void SetCurrentInput(PP_CTextReader* input) { fInput = input; }
 
-    // `*error` is 0, or an index of the preprocessor's message table for bad text. A token that
-    // its first byte makes whole is taken here; the rest are read out of line.
+    // `*error` is 0, or an index of the preprocessor's message table for bad text. The common
+    // tokens are taken here; the rest, and those with a continuation in the way, out of line.
     int GetNextToken(int* error) {
         fTokenStart = fInput->GetReadPtr();
         fHasContinuation = false;
         *error = 0;
-        if (int const token = TakeSingleByteToken())
+        if (int const token = TakeInlineToken())
             return token;
         return PrivGetNextToken(error);
     }
@@ -263,19 +270,51 @@ private:
         return p != end && *p == kPPChar_Backslash;
     }
     void SkipRunAcrossBackslashes(unsigned char classes);
-    // The token of a byte that is one by itself, taken, or kPPScan_None. The peek behind the token
-    // that the general path makes would fold a continuation there and count its line, so a
-    // backslash behind the byte leaves the token to that path.
-    int TakeSingleByteToken() {
+    // A token of PP_ScanDetail::kInlineTokens, taken, or kPPScan_None with nothing taken. The
+    // general path looks at the byte behind a token to end it, and that look folds a continuation
+    // standing there and counts its line; so a backslash behind the token leaves it to that path.
+    int TakeInlineToken() {
         char const* const p = fInput->GetReadPtr();
         char const* const end = fInput->GetEndPtr();
         if (p == end)
             return kPPScan_None;
-        int const token = PP_ScanDetail::kSingleByteTokens.fToken[static_cast<unsigned char>(*p)];
+        int const token = PP_ScanDetail::kInlineTokens.fToken[static_cast<unsigned char>(*p)];
+        if (token == kPPScan_Ident) {
+            SkipRun(kPPChar_Ident);
+            return token;
+        }
+        if (token == kPPScan_Decimal)
+            return TakePlainNumber(p, end);
         if (token == kPPScan_None || (p + 1 != end && p[1] == kPPChar_Backslash))
             return kPPScan_None;
         fInput->SkipTo(p + 1);
         ++fCharPos;
+        return token;
+    }
+    // The cursor `p` is on a digit. Takes a number without suffix, fraction or exponent: decimal,
+    // a lone 0 or hexadecimal. Anything else, and a number that something of a name or number, a
+    // point or a backslash follows, is left to the general path.
+    int TakePlainNumber(char const* p, char const* end) {
+        char const* q = p + 1;
+        int token = kPPScan_Decimal;
+        if (*p != '0') {
+            while (q != end && inCharClass(static_cast<unsigned char>(*q), kPPChar_Decimal))
+                ++q;
+        } else if (q != end && (*q == 'x' || *q == 'X')) {
+            char const* const digits = ++q;
+            while (q != end && inCharClass(static_cast<unsigned char>(*q), kPPChar_Hex))
+                ++q;
+            if (q == digits)
+                return kPPScan_None;
+            token = kPPScan_Hex;
+        } else {
+            token = kPPScan_Zero;
+        }
+        if (q != end && (isidentchar(static_cast<unsigned char>(*q)) || *q == kPPChar_Backslash ||
+                         (*q == '.' && token != kPPScan_Hex)))
+            return kPPScan_None;
+        fInput->SkipTo(q);
+        fCharPos += static_cast<unsigned long>(q - p);
         return token;
     }
     int PrivGetNextToken(int* error);
