@@ -232,10 +232,16 @@ private:
     }
     int PrivPeekChar();
     // The cursor is on a blank: takes it and every blank behind it. Most white space between
-    // tokens is one blank, taken without the run's loop.
+    // tokens is one blank that a byte of no run and no continuation follows, taken without the
+    // run's loop.
     void SkipBlanks() {
-        if (iswhite(PrivSkipAndPeek()))
+        char const* const next = fInput->GetReadPtr() + 1;
+        if (next == fInput->GetEndPtr() || iswhite(static_cast<unsigned char>(*next)) || *next == kPPChar_Backslash) {
             SkipRun(kPPChar_Blank);
+            return;
+        }
+        fInput->SkipTo(next);
+        ++fCharPos;
     }
     // The cursor is on a line end: takes it and every line end behind it.
     void SkipLineEnds() {
@@ -317,7 +323,8 @@ private:
         fCharPos += static_cast<unsigned long>(q - p);
         return token;
     }
-    int PrivGetNextToken(int* error);
+    // Out of line, so that the inline path stays small wherever it is inlined.
+    [[gnu::noinline]] int PrivGetNextToken(int* error);
     int PrivNextToken(int c, int* error);
     int PrivPrefixedToken(int c, int* error);
     int PrivIdentifier();
