@@ -101,7 +101,8 @@ inline bool isidentchar(int c) { return inCharClass(c, kPPChar_Ident); }
 
 // The tokens that the scanner takes inline, by the byte they begin with: a byte that is a token by
 // itself whatever follows it (the brackets and separators), a name that cannot be the prefix of a
-// literal, and a number; kPPScan_None for every other byte. These are most tokens of a description.
+// literal, a number and white space; kPPScan_None for every other byte. These are most tokens of a
+// description.
 namespace PP_ScanDetail {
 
 struct InlineTokens {
@@ -115,6 +116,8 @@ constexpr InlineTokens MakeInlineTokens() {
             table.fToken[c] = kPPScan_Ident;
         if (inCharClass(c, kPPChar_Decimal))
             table.fToken[c] = kPPScan_Decimal;
+        if (inCharClass(c, kPPChar_Blank))
+            table.fToken[c] = kPPScan_White;
     }
     table.fToken[static_cast<unsigned char>('(')] = kPPScan_LParen;
     table.fToken[static_cast<unsigned char>(')')] = kPPScan_RParen;
@@ -291,6 +294,10 @@ private:
         }
         if (token == kPPScan_Decimal)
             return TakePlainNumber(p, end);
+        if (token == kPPScan_White) {
+            SkipBlanks();
+            return token;
+        }
         if (token == kPPScan_None || (p + 1 != end && p[1] == kPPChar_Backslash))
             return kPPScan_None;
         fInput->SkipTo(p + 1);
