@@ -48,8 +48,11 @@ int PP_CPP::GetNextToken(int* error, bool keepSpace) {
         bool const copying = CanCopyTokens();
         // Blanks and line ends in copied text would come back unchanged through every layer, so
         // a caller that drops them has them taken right here, each run as a request of its own.
-        if (!keepSpace && copying && SkipPlainSeparator())
-            continue;
+        // Taking them changes no conditional state.
+        if (!keepSpace && copying) {
+            while (SkipPlainSeparator())
+                ++fTokenCount;
+        }
         if (InSourceText())
             fStartingLineno = fScanner.GetLineno();
         int token = NextSurvivingToken(copying, error);

@@ -65,7 +65,8 @@ public:
     PP_CInput* GetInputSrc() const { return fInputSrc; }
     bool AtEOF() const { return AtEOF(fInputSrc); }
     bool AtEOF(PP_CInput const* input) const { return input == &fBaseInput; }
-    bool InSourceText() const { return !AtEOF() && fInputSrc->fFileInfo != nullptr; }
+    // The base input is no file.
+    bool InSourceText() const { return fInputSrc->fFileInfo != nullptr; }
     bool InMacroText() const { return !AtEOF() && fInputSrc->fFileInfo == nullptr; }
     bool CanCopyTokens() const { return (fIfStates[fIfDepth] & 1) != 0; }
 

@@ -68,7 +68,15 @@ public:
     void SkipTokensAndEOL();
 
 private:
-    bool MayCallMacro(int token, int error) const { return token == kPPScan_Ident && error == 0 && !fExpansionStopped; }
+    // Most names are told from every macro by the table's first test, here, without a call. That
+    // test comes before the look for a no-expand mark behind the name, which has no effect: the
+    // scanner never leaves the cursor on a continuation behind a name.
+    bool MayCallMacro(int token, int error) {
+        if (token != kPPScan_Ident || error != 0 || fExpansionStopped)
+            return false;
+        PP_CTextReader const name = GetTokenText();
+        return fMacroTable->MayHold(name.GetReadPtr(), name.Readable());
+    }
     // The macro that an identifier calls if it is defined, else null.
     PP_MacroBody* DefinedMacro(PP_CTextReader name);
     // The scanner has just read an identifier: expands it and what its expansion begins with.

@@ -180,10 +180,8 @@ bool PP_CScanner::SkipComment() {
     return false;
 }
 
-int PP_CScanner::GetNextToken(int* error) {
-    fTokenStart = fInput->GetReadPtr();
-    fHasContinuation = false;
-    *error = 0;
+// The cursor is on the token's first byte, which begins no token of one byte.
+int PP_CScanner::PrivGetNextToken(int* error) {
     int c = CookedPeekChar();
     if (iswhite(c)) {
         SkipBlanks();

@@ -99,6 +99,43 @@ inline bool isodigit(int c) { return inCharClass(c, kPPChar_Octal); }
 // A character that may stand inside an identifier: an identifier start or a digit.
 inline bool isidentchar(int c) { return inCharClass(c, kPPChar_Ident); }
 
+// The tokens that the scanner takes inline, by the byte they begin with: a byte that is a token by
+// itself whatever follows it (the brackets and separators), a name that cannot be the prefix of a
+// literal, a number and white space; kPPScan_None for every other byte. These are most tokens of a
+// description.
+namespace PP_ScanDetail {
+
+struct InlineTokens {
+    unsigned char fToken[256];
+};
+
+constexpr InlineTokens MakeInlineTokens() {
+    InlineTokens table{};
+    for (int c = 0; c < 256; ++c) {
+        if (inCharClass(c, kPPChar_IdentStart) && c != '$' && c != 'L' && c != 'l' && c != 'J' && c != 'j')
+            table.fToken[c] = kPPScan_Ident;
+        if (inCharClass(c, kPPChar_Decimal))
+            table.fToken[c] = kPPScan_Decimal;
+        if (inCharClass(c, kPPChar_Blank))
+            table.fToken[c] = kPPScan_White;
+    }
+    table.fToken[static_cast<unsigned char>('(')] = kPPScan_LParen;
+    table.fToken[static_cast<unsigned char>(')')] = kPPScan_RParen;
+    table.fToken[static_cast<unsigned char>(',')] = kPPScan_Comma;
+    table.fToken[static_cast<unsigned char>(';')] = kPPScan_Semicolon;
+    table.fToken[static_cast<unsigned char>('?')] = kPPScan_Question;
+    table.fToken[static_cast<unsigned char>('[')] = kPPScan_LBrace;
+    table.fToken[static_cast<unsigned char>(']')] = kPPScan_RBrace;
+    table.fToken[static_cast<unsigned char>('{')] = kPPScan_LCurly;
+    table.fToken[static_cast<unsigned char>('}')] = kPPScan_RCurly;
+    table.fToken[static_cast<unsigned char>('~')] = kPPScan_Tilde;
+    return table;
+}
+
+inline constexpr InlineTokens kInlineTokens = MakeInlineTokens();
+
+} // namespace PP_ScanDetail
+
 // White space, comments and line ends: the tokens that only separate others.
 inline bool isSpaceToken(int token) {
     return token == kPPScan_EOL || token == kPPScan_White || token == kPPScan_Comment;
@@ -128,8 +165,16 @@ public:
     // Swaps the input only; the caller restores line and position itself.
     void SetCurrentInput(PP_CTextReader* input) { fInput = input; }
 
-    // `*error` is 0, or an index of the preprocessor's message table for bad text.
-    int GetNextToken(int* error);
+    // `*error` is 0, or an index of the preprocessor's message table for bad text. The common
+    // tokens are taken here; the rest, and those with a continuation in the way, out of line.
+    int GetNextToken(int* error) {
+        fTokenStart = fInput->GetReadPtr();
+        fHasContinuation = false;
+        *error = 0;
+        if (int const token = TakeInlineToken())
+            return token;
+        return PrivGetNextToken(error);
+    }
     // The current token's text with continuation lines removed.
     PP_CTextReader GetTokenText() {
         unsigned long size = static_cast<unsigned long>(fInput->GetReadPtr() - fTokenStart);
@@ -190,10 +235,16 @@ private:
     }
     int PrivPeekChar();
     // The cursor is on a blank: takes it and every blank behind it. Most white space between
-    // tokens is one blank, taken without the run's loop.
+    // tokens is one blank that a byte of no run and no continuation follows, taken without the
+    // run's loop.
     void SkipBlanks() {
-        if (iswhite(PrivSkipAndPeek()))
+        char const* const next = fInput->GetReadPtr() + 1;
+        if (next == fInput->GetEndPtr() || iswhite(static_cast<unsigned char>(*next)) || *next == kPPChar_Backslash) {
             SkipRun(kPPChar_Blank);
+            return;
+        }
+        fInput->SkipTo(next);
+        ++fCharPos;
     }
     // The cursor is on a line end: takes it and every line end behind it.
     void SkipLineEnds() {
@@ -228,6 +279,59 @@ private:
         return p != end && *p == kPPChar_Backslash;
     }
     void SkipRunAcrossBackslashes(unsigned char classes);
+    // A token of PP_ScanDetail::kInlineTokens, taken, or kPPScan_None with nothing taken. The
+    // general path looks at the byte behind a token to end it, and that look folds a continuation
+    // standing there and counts its line; so a backslash behind the token leaves it to that path.
+    int TakeInlineToken() {
+        char const* const p = fInput->GetReadPtr();
+        char const* const end = fInput->GetEndPtr();
+        if (p == end)
+            return kPPScan_None;
+        int const token = PP_ScanDetail::kInlineTokens.fToken[static_cast<unsigned char>(*p)];
+        if (token == kPPScan_Ident) {
+            SkipRun(kPPChar_Ident);
+            return token;
+        }
+        if (token == kPPScan_Decimal)
+            return TakePlainNumber(p, end);
+        if (token == kPPScan_White) {
+            SkipBlanks();
+            return token;
+        }
+        if (token == kPPScan_None || (p + 1 != end && p[1] == kPPChar_Backslash))
+            return kPPScan_None;
+        fInput->SkipTo(p + 1);
+        ++fCharPos;
+        return token;
+    }
+    // The cursor `p` is on a digit. Takes a number without suffix, fraction or exponent: decimal,
+    // a lone 0 or hexadecimal. Anything else, and a number that something of a name or number, a
+    // point or a backslash follows, is left to the general path.
+    int TakePlainNumber(char const* p, char const* end) {
+        char const* q = p + 1;
+        int token = kPPScan_Decimal;
+        if (*p != '0') {
+            while (q != end && inCharClass(static_cast<unsigned char>(*q), kPPChar_Decimal))
+                ++q;
+        } else if (q != end && (*q == 'x' || *q == 'X')) {
+            char const* const digits = ++q;
+            while (q != end && inCharClass(static_cast<unsigned char>(*q), kPPChar_Hex))
+                ++q;
+            if (q == digits)
+                return kPPScan_None;
+            token = kPPScan_Hex;
+        } else {
+            token = kPPScan_Zero;
+        }
+        if (q != end && (isidentchar(static_cast<unsigned char>(*q)) || *q == kPPChar_Backslash ||
+                         (*q == '.' && token != kPPScan_Hex)))
+            return kPPScan_None;
+        fInput->SkipTo(q);
+        fCharPos += static_cast<unsigned long>(q - p);
+        return token;
+    }
+    // Out of line, so that the inline path stays small wherever it is inlined.
+    [[gnu::noinline]] int PrivGetNextToken(int* error);
     int PrivNextToken(int c, int* error);
     int PrivPrefixedToken(int c, int* error);
     int PrivIdentifier();

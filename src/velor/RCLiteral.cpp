@@ -4,6 +4,7 @@
 
 #include "RCLiteral.h"
 
+#include <array>
 #include <cctype>
 
 #include "Assertion.h"
@@ -21,7 +22,25 @@ bool IsWideWalkToken(int token) {
 
 bool ChecksUTF8() { return gCurrentLanguage == 5 || gCurrentLanguage == 6; }
 
-int hexValue(int c) { return c < 58 ? c - '0' : std::tolower(c) - 87; }
+constexpr unsigned char kNoDigit = 255;
+
+// The value of each byte as a digit: '0' to '9', then the letters of either case from 10 on. The
+// value is the byte, its letters lowered, less 87, so the bytes between 'Z' and 'a' ([\]^_`) read
+// as 4 to 9 and those behind 'z' as 36 and more; a number stops at a byte whose value its base
+// does not reach. Bytes below '0', and from ':' to '@', are no digit at all.
+constexpr std::array<unsigned char, 256> MakeDigitValues() {
+    std::array<unsigned char, 256> values{};
+    for (int c = 0; c < 256; ++c) {
+        int const lowered = c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c;
+        int const value = c <= '9' ? c - '0' : lowered - 87;
+        values[static_cast<size_t>(c)] = value < 0 ? kNoDigit : static_cast<unsigned char>(value);
+    }
+    return values;
+}
+
+constexpr std::array<unsigned char, 256> kDigitValues = MakeDigitValues();
+
+int hexValue(unsigned char c) { return kDigitValues[c]; }
 
 int HexDigit(unsigned char c) { return std::isxdigit(c) ? hexValue(c) : -1; }
 
@@ -75,7 +94,7 @@ long RCScanner::EvalNumber() const {
     char const* const end = fTokenText.GetReadPtr() + fTokenText.Readable();
     for (char const* p = fTokenText.GetReadPtr() + skip; p < end; ++p) {
         int const digit = hexValue(static_cast<unsigned char>(*p));
-        if (digit < 0 || digit >= base) break;
+        if (digit >= base) break;
         value = value * static_cast<unsigned long>(base) + static_cast<unsigned long>(digit);
     }
     return static_cast<long>(value);
@@ -232,13 +251,20 @@ bool RCScanner::ReadHexGroups(char const* p, char const* limit, int groupDigits,
     return true;
 }
 
+// Text that is neither double-byte nor checked as UTF-8 goes as it stands between the escapes, a
+// run of bytes at a time.
 void RCScanner::ReadTextBytes(char const* p, char const* limit, RCStringAppender& out) {
     bool const doubleByte = IsDoubleByteToken(fTokenType);
+    bool const plain = !doubleByte && !ChecksUTF8();
     while (p < limit && *p != '"') {
         unsigned char const c = *p;
         if (c == '\\') {
             ++p;
             out.PutByte(static_cast<char>(getCEscape(p, limit, false)));
+        } else if (plain) {
+            char const* const run = p;
+            while (p < limit && *p != '"' && *p != '\\') ++p;
+            out.PutBytes(run, p - run);
         } else if (ChecksUTF8()) {
             if (!CopyCheckedUTF8(p, limit, out)) break;
         } else {

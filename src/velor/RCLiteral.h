@@ -23,6 +23,16 @@ public:
         if (MakeRoom(1)) fString.Bytes()[fString.fLength + fWritten++] = byte;
     }
 
+    // The bytes as PutByte puts them one by one; a run that fits the storage at hand goes at once.
+    void PutBytes(char const* bytes, long count) {
+        if (fWritten + count > fRoom) {
+            for (long i = 0; i < count; ++i) PutByte(bytes[i]);
+            return;
+        }
+        std::memcpy(fString.Bytes() + fString.fLength + fWritten, bytes, static_cast<size_t>(count));
+        fWritten += count;
+    }
+
     void PutUnit(std::uint16_t unit) {
         if (!MakeRoom(sizeof unit)) return;
         std::memcpy(fString.Bytes() + fString.fLength + fWritten, &unit, sizeof unit);

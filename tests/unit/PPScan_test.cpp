@@ -70,6 +70,12 @@ TEST(PPScan, Numbers) {
         }
     }
     EXPECT_EQ(typesOf("$12xy"), (std::vector<int>{kPPScan_DollarHex, kPPScan_Ident}));
+    // What stands right behind a number decides where it ends.
+    EXPECT_EQ(typesOf("0x1F.5"), (std::vector<int>{kPPScan_Hex, kPPScan_Double}));
+    EXPECT_EQ(typesOf("0;12,0x7)"), (std::vector<int>{kPPScan_Zero, kPPScan_Semicolon, kPPScan_Decimal, kPPScan_Comma,
+                                                       kPPScan_Hex, kPPScan_RParen}));
+    EXPECT_EQ(typesOf("0.5 9e2 0X"), (std::vector<int>{kPPScan_Double, kPPScan_White, kPPScan_Double, kPPScan_White,
+                                                        kPPScan_None}));
 }
 
 TEST(PPScan, PrefixesOfIdentifiersAndLiterals) {
@@ -94,6 +100,9 @@ TEST(PPScan, Punctuation) {
     EXPECT_EQ(typesOf("()[]{},;?:#\\@\xC0"), (std::vector<int>{68, 69, 70, 71, 72, 73, 77, 76, 28, 74, 26, 79, 80, 80}));
     std::vector<Token> dots = scanAll("..x");
     EXPECT_EQ(dots[0], (Token{0, "..", 7, 1}));
+    // The look behind a token folds a continuation standing there, so its line counts already.
+    EXPECT_EQ(scanAll(";\\\nx")[0], (Token{76, ";", 0, 2}));
+    EXPECT_EQ(scanAll("{;\n")[1], (Token{76, ";", 0, 1}));
 }
 
 TEST(PPScan, ContinuationLinesJoinTokens) {
@@ -115,7 +124,7 @@ TEST(PPScan, ContinuationsAnywhereChangeNoToken) {
         "'c' abc_$9 123 0x1fUL 0b101 0777 1.5e+10f .5 $FF $\"4142\" L\"ab\" 7u end9",
         "\"str\\\"ing\" \t\v\f\xCA" "x\r\ny\rz\n \"\"",
         "a.b->c <<= 1e 0x 089 \"open",
-        "0x", "12", "0b1", "  ",
+        "0x", "12", "0b1", "  ", "(x)[y]{z},;?~", "0x4F.y 7;0,x1(9)0",
     };
     for (char const* text : texts) {
         std::string const plain(text);

@@ -146,6 +146,10 @@ TEST_F(RCScannerTest, AdjacentStringsMergeIntoOneNarrowString) {
 TEST_F(RCScannerTest, EscapesInNarrowStringsKeepTheLowByte) {
     EXPECT_EQ("", Merge(R"("\101\400\x41\q\"")"));
     EXPECT_EQ(std::string("A\0Aq\"", 5), Bytes());
+    // The plain text between escapes goes as it stands.
+    fString.Destroy();
+    EXPECT_EQ("", Merge(R"("ab\tc'd\\e" "f\"g" "")"));
+    EXPECT_EQ("ab\tc'd\\ef\"g", Bytes());
 }
 
 TEST_F(RCScannerTest, BadHexStringsAreReportedAndLeaveTheStringAsItWas) {
