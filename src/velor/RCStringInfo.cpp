@@ -44,18 +44,17 @@ RCStringTypeInfo RCStringInfo::Info(int stringType) {
     }
 }
 
-RCStringInfo::RCStringInfo(RCByteString const& value, int fieldType, short paddingCount)
+RCStringInfo::RCStringInfo(RCByteString const& value, RCStringTypeInfo fieldInfo)
     : fCountBuffer{},
       fLeadingBytes(nullptr),
       fByteCount(value.fLength),
       fText(value.fData),
-      fPaddingCount(paddingCount),
-      fFieldInfo(Info(fieldType)),
+      fPaddingCount(fieldInfo.fTerminatorBytes),
+      fFieldInfo(fieldInfo),
       fValueInfo(Info(value.fStringType)),
       fIsTruncated(false) {}
 
-RCStringInfo::RCStringInfo(RCByteString const& value, int fieldType)
-    : RCStringInfo(value, fieldType, Info(fieldType).fTerminatorBytes) {
+RCStringInfo::RCStringInfo(RCByteString const& value, int fieldType) : RCStringInfo(value, Info(fieldType)) {
     // Only a char field without a length cuts its text; the parser always gives char a length.
     if (fieldType == kRCScan_Char && fByteCount > fFieldInfo.fCharBytes) {
         fByteCount = fFieldInfo.fCharBytes;
@@ -65,7 +64,7 @@ RCStringInfo::RCStringInfo(RCByteString const& value, int fieldType)
 }
 
 RCStringInfo::RCStringInfo(RCByteString const& value, int fieldType, long length)
-    : RCStringInfo(value, fieldType, Info(fieldType).fTerminatorBytes) {
+    : RCStringInfo(value, Info(fieldType)) {
     // The arithmetic wraps: a length from a description file is not bounded.
     long room = WrappingSubtract(WrappingMultiply(length, fFieldInfo.fCharBytes), fFieldInfo.fTerminatorBytes);
     if (fByteCount > room) {

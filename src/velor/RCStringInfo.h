@@ -33,7 +33,8 @@ public:
     void ComputeLength(long length);
 
 private:
-    RCStringInfo(RCByteString const& value, int fieldType, short paddingCount);
+    // The text whole, and the field's terminator as the padding behind it.
+    RCStringInfo(RCByteString const& value, RCStringTypeInfo fieldInfo);
 
     unsigned char fCountBuffer[4];
     unsigned char const* fLeadingBytes;
