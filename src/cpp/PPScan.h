@@ -100,10 +100,13 @@ inline bool isodigit(int c) { return inCharClass(c, kPPChar_Octal); }
 inline bool isidentchar(int c) { return inCharClass(c, kPPChar_Ident); }
 
 // The tokens that the scanner takes inline, by the byte they begin with: a byte that is a token by
-// itself whatever follows it (the brackets and separators), a name that cannot be the prefix of a
-// literal, a number and white space; kPPScan_None for every other byte. These are most tokens of a
-// description.
+// itself whatever follows it (the brackets and separators), an operator byte that is a token by
+// itself unless '=', '>' or the same byte follows, a name that cannot be the prefix of a literal, a
+// number and white space; kPPScan_None for every other byte. These are most tokens of a description.
 namespace PP_ScanDetail {
+
+// Marks the entry of an operator byte that the byte behind it may lengthen.
+constexpr unsigned char kMayLengthen = 0x80;
 
 struct InlineTokens {
     unsigned char fToken[256];
@@ -129,6 +132,16 @@ constexpr InlineTokens MakeInlineTokens() {
     table.fToken[static_cast<unsigned char>('{')] = kPPScan_LCurly;
     table.fToken[static_cast<unsigned char>('}')] = kPPScan_RCurly;
     table.fToken[static_cast<unsigned char>('~')] = kPPScan_Tilde;
+    table.fToken[static_cast<unsigned char>('!')] = kPPScan_Not | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('#')] = kPPScan_Pound | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('%')] = kPPScan_Percent | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('&')] = kPPScan_And | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('*')] = kPPScan_Star | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('+')] = kPPScan_Plus | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('-')] = kPPScan_Minus | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('=')] = kPPScan_Assign | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('^')] = kPPScan_Xor | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('|')] = kPPScan_Or | kMayLengthen;
     return table;
 }
 
@@ -287,7 +300,7 @@ private:
         char const* const end = fInput->GetEndPtr();
         if (p == end)
             return kPPScan_None;
-        int const token = PP_ScanDetail::kInlineTokens.fToken[static_cast<unsigned char>(*p)];
+        int token = PP_ScanDetail::kInlineTokens.fToken[static_cast<unsigned char>(*p)];
         if (token == kPPScan_Ident) {
             SkipRun(kPPChar_Ident);
             return token;
@@ -298,8 +311,15 @@ private:
             SkipBlanks();
             return token;
         }
-        if (token == kPPScan_None || (p + 1 != end && p[1] == kPPChar_Backslash))
+        if (token == kPPScan_None)
             return kPPScan_None;
+        if (p + 1 != end) {
+            char const next = p[1];
+            bool const lengthens = (token & PP_ScanDetail::kMayLengthen) != 0 && (next == '=' || next == '>' || next == *p);
+            if (next == kPPChar_Backslash || lengthens)
+                return kPPScan_None;
+        }
+        token &= ~PP_ScanDetail::kMayLengthen;
         fInput->SkipTo(p + 1);
         ++fCharPos;
         return token;
