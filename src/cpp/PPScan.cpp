@@ -15,7 +15,6 @@ namespace {
 bool isDecimalDigit(int c) { return inCharClass(c, kPPChar_Decimal); }
 bool isHexDigit(int c) { return inCharClass(c, kPPChar_Hex); }
 bool isExponentMark(int c) { return c == 'e' || c == 'E'; }
-bool isDoubleByteLanguage() { return gCurrentLanguage >= 1 && gCurrentLanguage <= 4; }
 
 // One operator character, in its plain form or followed by '='.
 int w1(int c, bool assign) {

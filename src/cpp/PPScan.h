@@ -91,6 +91,8 @@ enum PP_TokenType {
 // The language of the resource being compiled: 1 to 4 read strings as double-byte text.
 extern int gCurrentLanguage;
 
+inline bool isDoubleByteLanguage() { return gCurrentLanguage >= 1 && gCurrentLanguage <= 4; }
+
 // Character classes; each takes -1 (end of input) and answers false for it.
 inline bool isEOL(int c) { return inCharClass(c, kPPChar_EOL); }
 inline bool iswhite(int c) { return inCharClass(c, kPPChar_Blank); }
@@ -102,7 +104,8 @@ inline bool isidentchar(int c) { return inCharClass(c, kPPChar_Ident); }
 // The tokens that the scanner takes inline, by the byte they begin with: a byte that is a token by
 // itself whatever follows it (the brackets and separators), an operator byte that is a token by
 // itself unless '=', '>' or the same byte follows, a name that cannot be the prefix of a literal, a
-// number and white space; kPPScan_None for every other byte. These are most tokens of a description.
+// number, a string and white space; kPPScan_None for every other byte. These are most tokens of a
+// description.
 namespace PP_ScanDetail {
 
 // Marks the entry of an operator byte that the byte behind it may lengthen.
@@ -122,6 +125,7 @@ constexpr InlineTokens MakeInlineTokens() {
         if (inCharClass(c, kPPChar_Blank))
             table.fToken[c] = kPPScan_White;
     }
+    table.fToken[static_cast<unsigned char>('"')] = kPPScan_String;
     table.fToken[static_cast<unsigned char>('(')] = kPPScan_LParen;
     table.fToken[static_cast<unsigned char>(')')] = kPPScan_RParen;
     table.fToken[static_cast<unsigned char>(',')] = kPPScan_Comma;
@@ -311,6 +315,8 @@ private:
             SkipBlanks();
             return token;
         }
+        if (token == kPPScan_String)
+            return TakePlainString(p, end);
         if (token == kPPScan_None)
             return kPPScan_None;
         if (p + 1 != end) {
@@ -349,6 +355,22 @@ private:
         fInput->SkipTo(q);
         fCharPos += static_cast<unsigned long>(q - p);
         return token;
+    }
+    // The cursor `p` is on a double quote. Takes a string of plain bytes (no escape, line end or
+    // single quote) up to its closing quote, which ends it without a look behind, unless strings
+    // are read as double-byte text; anything else is left to the general path.
+    int TakePlainString(char const* p, char const* end) {
+        if (isDoubleByteLanguage())
+            return kPPScan_None;
+        char const* q = p + 1;
+        while (q != end && inCharClass(static_cast<unsigned char>(*q), kPPChar_LiteralPlain))
+            ++q;
+        if (q == end || *q != '"')
+            return kPPScan_None;
+        ++q;
+        fInput->SkipTo(q);
+        fCharPos += static_cast<unsigned long>(q - p);
+        return kPPScan_String;
     }
     // Out of line, so that the inline path stays small wherever it is inlined.
     [[gnu::noinline]] int PrivGetNextToken(int* error);

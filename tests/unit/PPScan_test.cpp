@@ -126,7 +126,7 @@ TEST(PPScan, ContinuationsAnywhereChangeNoToken) {
         "'c' abc_$9 123 0x1fUL 0b101 0777 1.5e+10f .5 $FF $\"4142\" L\"ab\" 7u end9",
         "\"str\\\"ing\" \t\v\f\xCA" "x\r\ny\rz\n \"\"",
         "a.b->c <<= 1e 0x 089 \"open",
-        "0x", "12", "0b1", "  ", "(x)[y]{z},;?~", "0x4F.y 7;0,x1(9)0", "-1!x#%&*+=^|- ->-=!=##",
+        "0x", "12", "0b1", "  ", "(x)[y]{z},;?~", "0x4F.y 7;0,x1(9)0", "-1!x#%&*+=^|- ->-=!=##", "\"a b\"x\"it's\"\"\"",
     };
     for (char const* text : texts) {
         std::string const plain(text);
