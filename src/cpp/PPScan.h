@@ -101,11 +101,11 @@ inline bool isodigit(int c) { return inCharClass(c, kPPChar_Octal); }
 // A character that may stand inside an identifier: an identifier start or a digit.
 inline bool isidentchar(int c) { return inCharClass(c, kPPChar_Ident); }
 
-// The tokens that the scanner takes inline, by the byte they begin with: a byte that is a token by
-// itself whatever follows it (the brackets and separators), an operator byte that is a token by
-// itself unless '=', '>' or the same byte follows, a name that cannot be the prefix of a literal, a
-// number, a string and white space; kPPScan_None for every other byte. These are most tokens of a
-// description.
+// The tokens that the scanner takes inline, besides the end of the input, by the byte they begin
+// with: a byte that is a token by itself whatever follows it (the brackets and separators), an
+// operator byte that is a token by itself unless '=', '>' or the same byte follows, a name that
+// cannot be the prefix of a literal, a number, a string and white space; kPPScan_None for every
+// other byte. These are most tokens of a description.
 namespace PP_ScanDetail {
 
 // Marks the entry of an operator byte that the byte behind it may lengthen.
@@ -296,14 +296,15 @@ private:
         return p != end && *p == kPPChar_Backslash;
     }
     void SkipRunAcrossBackslashes(unsigned char classes);
-    // A token of PP_ScanDetail::kInlineTokens, taken, or kPPScan_None with nothing taken. The
-    // general path looks at the byte behind a token to end it, and that look folds a continuation
-    // standing there and counts its line; so a backslash behind the token leaves it to that path.
+    // The end of the input or a token of PP_ScanDetail::kInlineTokens, taken, or kPPScan_None with
+    // nothing taken. The general path looks at the byte behind a token to end it, and that look
+    // folds a continuation standing there and counts its line; so a backslash behind the token
+    // leaves it to that path.
     int TakeInlineToken() {
         char const* const p = fInput->GetReadPtr();
         char const* const end = fInput->GetEndPtr();
         if (p == end)
-            return kPPScan_None;
+            return kPPScan_EOF;
         int token = PP_ScanDetail::kInlineTokens.fToken[static_cast<unsigned char>(*p)];
         if (token == kPPScan_Ident) {
             SkipRun(kPPChar_Ident);
