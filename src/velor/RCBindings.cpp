@@ -316,14 +316,22 @@ void RCBindings::AddBits(unsigned long value, short width) {
 }
 
 bool RCBindings::AddValue(RCScanner* scanner, RCExpression* expression, short width, bool isInteger) {
-    RCBindings_Def* frame = RequireDefn();
+    RequireDefn();
     // A literal, the most common value, is its own reduced form.
     if (RCNumber const* literal = expression->LiteralValue()) return AddValue(scanner, *literal, width, isInteger);
     bool isConstant = false;
     RCPtr<RCExpression> reduced = expression->Reduce(scanner, this, isConstant);
     if (isConstant) return AddValue(scanner, reduced->Evaluate(scanner, this), width, isInteger);
+    return AddDeferred(scanner, reduced.Release(), true, width, isInteger);
+}
+
+bool RCBindings::AddOutputValue(RCScanner* scanner, RCExpression* expression, short width, bool isInteger) {
+    return AddDeferred(scanner, expression, false, width, isInteger);
+}
+
+bool RCBindings::AddDeferred(RCScanner* scanner, RCExpression* expression, bool owned, short width, bool isInteger) {
     // The field keeps its place as zero bits until the frame is popped.
-    frame->AddFixup(reduced.Release(), fBit, width, isInteger);
+    RequireDefn()->AddFixup(expression, owned, fBit, width, isInteger);
     return AddValue(scanner, RCNumber(0L), width, isInteger);
 }
 

@@ -67,6 +67,9 @@ public:
     // A value that cannot be known yet is laid as zero and patched when the frame is popped. The
     // caller keeps the expression.
     bool AddValue(RCScanner* scanner, RCExpression* expression, short width, bool isInteger);
+    // AddValue for a tree of the type that depends on the output alone: it is never known yet, and
+    // reducing it would give an equal tree, so the fixup evaluates the tree itself.
+    bool AddOutputValue(RCScanner* scanner, RCExpression* expression, short width, bool isInteger);
     bool AddBytes(RCScanner* scanner, void const* bytes, long count);
     bool AddString(RCScanner* scanner, RCByteString const& string, int stringType);
     bool AddString(RCScanner* scanner, RCByteString const& string, int stringType, long length);
@@ -116,6 +119,8 @@ private:
     bool AddOtherValue(RCScanner* scanner, RCNumber const& number, short width, bool isInteger);
     bool AddString(RCScanner* scanner, RCStringInfo const& info);
     bool AddFloat(RCScanner* scanner, double value, short width);
+    // Lays the field as zero bits, to be patched by the expression when the frame is popped.
+    bool AddDeferred(RCScanner* scanner, RCExpression* expression, bool owned, short width, bool isInteger);
     void AddWholeBytes(unsigned long value, short width);
     void AddBits(unsigned long value, short width);
     // Ends the run with "Out of memory." unless bitCount more bits fit below the bound.

@@ -25,10 +25,13 @@ void popScopeKeepingUndefined(RCScope<T>& scope) {
 
 } // namespace
 
-RCFixup::RCFixup(RCExpression* expression, long bitPosition, short width, bool isInteger)
-    : fNext(nullptr), fExpression(expression), fBitPosition(bitPosition), fWidth(width), fIsInteger(isInteger) {}
+RCFixup::RCFixup(RCExpression* expression, bool owned, long bitPosition, short width, bool isInteger)
+    : fNext(nullptr), fExpression(expression), fOwned(owned), fBitPosition(bitPosition), fWidth(width),
+      fIsInteger(isInteger) {}
 
-RCFixup::~RCFixup() = default;
+RCFixup::~RCFixup() {
+    if (fOwned) delete fExpression;
+}
 
 void RCFixup::Apply(RCScanner* scanner, RCBindings* env) {
     env->PutValue(fBitPosition, fWidth, fExpression->Evaluate(scanner, env), fIsInteger);
@@ -155,8 +158,8 @@ void RCBindings_Def::AssignToClassParameter(UniqueStruct* name, long value) {
     if (fClassParameters.Lookup(name) == nullptr) fClassParameters.Append(name, RCNumber(value));
 }
 
-void RCBindings_Def::AddFixup(RCExpression* expression, long bitPosition, short width, bool isInteger) {
-    fFixups.Append(new RCFixup(expression, bitPosition, width, isInteger));
+void RCBindings_Def::AddFixup(RCExpression* expression, bool owned, long bitPosition, short width, bool isInteger) {
+    fFixups.Append(new RCFixup(expression, owned, bitPosition, width, isInteger));
 }
 
 void RCBindings_Def::ApplyFixups(RCScanner* scanner) {

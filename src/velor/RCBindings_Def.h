@@ -20,10 +20,11 @@ class RCSymbolTable;
 constexpr int kArgMax = 32;
 
 // A field laid as zero bits because its value was not known yet; it is patched when its frame is
-// popped. The fixup owns the reduced tree, whose cells and arrays belong to the same frame.
+// popped. The fixup owns a reduced tree, whose cells and arrays belong to the same frame, or
+// borrows a tree of the type that depends on the output alone, which outlives every frame.
 class RCFixup : public RCRecycled {
 public:
-    RCFixup(RCExpression* expression, long bitPosition, short width, bool isInteger);
+    RCFixup(RCExpression* expression, bool owned, long bitPosition, short width, bool isInteger);
     ~RCFixup();
 
     RCFixup(RCFixup const&) = delete;
@@ -34,7 +35,8 @@ public:
     RCFixup* fNext;
 
 private:
-    RCPtr<RCExpression> fExpression;
+    RCExpression* fExpression;
+    bool fOwned;
     long fBitPosition;
     short fWidth;
     bool fIsInteger;
@@ -76,8 +78,8 @@ public:
     // The first assignment of a name wins, so the outermost type's parameter overrides.
     void AssignToClassParameter(UniqueStruct* name, long value);
 
-    // Takes ownership of the expression.
-    void AddFixup(RCExpression* expression, long bitPosition, short width, bool isInteger);
+    // Takes ownership of the expression when owned is true; else the caller keeps it alive.
+    void AddFixup(RCExpression* expression, bool owned, long bitPosition, short width, bool isInteger);
     // Patches the deferred fields in recording order, then the labelled fields of class parameters.
     void ApplyFixups(RCScanner* scanner);
 

@@ -3,6 +3,7 @@
 
 #include "RCExpression.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -97,6 +98,43 @@ private:
     bool fIsConstant = false;
 };
 
+// While a value of a value list is parsed, an operator over literals is folded into the literal of
+// its result. Such a tree would be reduced and dropped at once, and neither reducing nor evaluating
+// a literal says anything, so folding it earlier changes no message; an operator that would report
+// (one without a float form, meeting a float) keeps its node. The trees of a type body are never
+// folded: their descriptions show them as written.
+bool gFoldingValue = false;
+
+class FoldingValue {
+public:
+    FoldingValue() : fOuter(gFoldingValue) { gFoldingValue = true; }
+    FoldingValue(FoldingValue const&) = delete;
+    FoldingValue& operator=(FoldingValue const&) = delete;
+    ~FoldingValue() { gFoldingValue = fOuter; }
+
+private:
+    bool fOuter;
+};
+
+// The unary operator over a parsed operand, which it takes.
+RCExpression* combineUnary(RCScanner* scanner, int op, RCExpression* operand) {
+    RCNumber const* value = gFoldingValue ? operand->LiteralValue() : nullptr;
+    if (value == nullptr || !evaluatesSilently(op, *value)) return new RCExpression_1(op, operand);
+    RCPtr<RCExpression> owned(operand);
+    return RCExpression::Number(evaluateUnary(scanner, op, *value));
+}
+
+// The binary operator over its parsed sides, which it takes.
+RCExpression* combineBinary(RCScanner* scanner, int op, RCExpression* left, RCExpression* right) {
+    RCNumber const* leftValue = gFoldingValue ? left->LiteralValue() : nullptr;
+    RCNumber const* rightValue = leftValue != nullptr ? right->LiteralValue() : nullptr;
+    if (rightValue == nullptr || !evaluatesSilently(op, *leftValue, *rightValue))
+        return new RCExpression_2(op, left, right);
+    RCPtr<RCExpression> ownedLeft(left);
+    RCPtr<RCExpression> ownedRight(right);
+    return RCExpression::Number(evaluateBinary(scanner, op, *leftValue, *rightValue));
+}
+
 void deleteArguments(int count, RCExpression** argv) {
     for (int i = 0; i < count; ++i) delete argv[i];
 }
@@ -156,6 +194,10 @@ RCExpression_2* RCExpression::AsBinary() {
     return nullptr;
 }
 
+RCDependence RCExpression::Dependence() const {
+    return RCDependence::kBindings;
+}
+
 UniqueStruct* RCExpression::AsName() {
     VELOR_ASSERT_TEXT("RCExpression::AsName", false);
     return nullptr;
@@ -207,7 +249,7 @@ RCExpression* RCExpression::ParseOperators(RCScanner* scanner, RCPtr<RCExpressio
         // Parsing the right side above this priority makes every binary operator left-associative.
         RCExpression* right = ParseExpression(scanner, priority);
         if (right == nullptr) return nullptr;
-        tree = new RCExpression_2(op, tree.Release(), right);
+        tree = combineBinary(scanner, op, tree.Release(), right);
         priority = getOperatorPriority(scanner->TokenType());
     }
     return tree.Release();
@@ -215,8 +257,9 @@ RCExpression* RCExpression::ParseOperators(RCScanner* scanner, RCPtr<RCExpressio
 
 // value = integer-literal | expression
 // A lone integer literal, the value of most fields, is given in literal without building a node;
-// a literal followed by an operator starts a tree as any term does.
+// a literal followed by an operator starts a tree as any term does. Constants fold throughout.
 bool RCExpression::ParseValue(RCScanner* scanner, RCNumber& literal, RCPtr<RCExpression>& tree) {
+    FoldingValue folding;
     int const token = scanner->TokenType();
     if (token != kPPScan_Zero && !isIntegerToken(token)) {
         tree = ParseExpression(scanner, kNoMinPriority);
@@ -288,7 +331,7 @@ RCExpression* RCExpression::ParseNumericTerm(RCScanner* scanner, int token) {
         if (!depth.Deeper(scanner)) return nullptr;
         scanner->NextToken();
         RCExpression* operand = ParseTerm(scanner);
-        return operand == nullptr ? nullptr : new RCExpression_1(token, operand);
+        return operand == nullptr ? nullptr : combineUnary(scanner, token, operand);
     }
     case kPPScan_LParen: {
         scanner->NextToken();
@@ -400,6 +443,10 @@ RCNumber const* RCExpression_Number::LiteralValue() const {
     return &fNumber;
 }
 
+RCDependence RCExpression_Number::Dependence() const {
+    return fNumber.IsInteger() ? RCDependence::kNothing : RCDependence::kBindings;
+}
+
 RCExpression* RCExpression_Number::Reduce(RCScanner*, RCBindings*, bool& isConstant) const {
     isConstant = true;
     return Number(fNumber);
@@ -503,6 +550,10 @@ bool RCExpression_1::IsNumber() const {
     return fOperand->IsNumber();
 }
 
+RCDependence RCExpression_1::Dependence() const {
+    return fOperand->Dependence();
+}
+
 RCExpression* RCExpression_1::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {
     ReducedOperand operand(fOperand, scanner, bindings);
     isConstant = operand.IsConstant();
@@ -584,6 +635,13 @@ bool RCExpression_2::IsNumber() const {
     for (std::size_t i = 0; i < spine.Size(); ++i)
         if (!spine[i]->fRight->IsNumber()) return false;
     return spine.Bottom()->IsNumber();
+}
+
+RCDependence RCExpression_2::Dependence() const {
+    LeftSpine const spine(this);
+    RCDependence most = spine.Bottom()->Dependence();
+    for (std::size_t i = 0; i < spine.Size(); ++i) most = std::max(most, spine[i]->fRight->Dependence());
+    return most;
 }
 
 // Each level reduces its left side, then its right, and folds when both are constant: the order
@@ -716,6 +774,12 @@ void RCExpression_MultipleArgs::WriteArguments(DataArea* area, int indent) const
         if (i != 0) newLineIndent(area, indent);
         fArgv[i]->WriteDescription(area, indent);
     }
+}
+
+RCDependence RCExpression_Function::Dependence() const {
+    RCDependence most = RCDependence::kOutput;
+    for (int i = 0; i < fArgc; ++i) most = std::max(most, fArgv[i]->Dependence());
+    return most;
 }
 
 RCExpression* RCExpression_Function::Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const {

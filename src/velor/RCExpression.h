@@ -37,6 +37,11 @@ enum RCFunction : int {
     kFunction_Word,
 };
 
+// What the value of a tree depends on, from least to most: nothing (integer literals and their
+// operators), the output alone (the $$ functions that read it, over such operands), or the
+// bindings at large (names, labels, arrays, and every float, whose operators may report).
+enum class RCDependence { kNothing, kOutput, kBindings };
+
 // Every field's value is a tree of nodes made and dropped per resource, so nodes are recycled.
 class RCExpression : public RCRecycled {
 public:
@@ -58,6 +63,9 @@ public:
     // The node as a binary operator, or null.
     virtual RCExpression_2* AsBinary();
     virtual UniqueStruct* AsName();
+    // A tree that depends on the output alone evaluates the same and says nothing, whether it is
+    // evaluated as it stands or reduced first, and is never constant.
+    virtual RCDependence Dependence() const;
     // A new tree owned by the caller; isConstant tells whether it can be evaluated now.
     virtual RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const = 0;
     virtual RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings);
@@ -65,8 +73,9 @@ public:
 
     // The parser. Each returns an owned tree, or null after a message. Outside callers pass -1.
     static RCExpression* ParseExpression(RCScanner* scanner, int minPriority);
-    // A whole expression that may be a lone integer literal: that comes back in literal, with tree
-    // left null; anything else comes back in tree. False after a message.
+    // A whole value of a value list, which may be a lone integer literal: that comes back in
+    // literal, with tree left null; anything else comes back in tree, where operators over
+    // literals are already folded when that says nothing. False after a message.
     static bool ParseValue(RCScanner* scanner, RCNumber& literal, RCPtr<RCExpression>& tree);
     static RCExpression* ParseTerm(RCScanner* scanner);
     static RCExpression* ParseString(RCScanner* scanner);
@@ -93,6 +102,7 @@ public:
 
     bool IsNumber() const override;
     RCNumber const* LiteralValue() const override;
+    RCDependence Dependence() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings) override;
     void WriteDescription(DataArea* area, int indent) override;
@@ -175,6 +185,7 @@ public:
     RCExpression_1(int op, RCExpression* operand) : fOperator(op), fOperand(operand) {}
 
     bool IsNumber() const override;
+    RCDependence Dependence() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings) override;
     void WriteDescription(DataArea* area, int indent) override;
@@ -192,6 +203,7 @@ public:
 
     RCExpression_2* AsBinary() override;
     bool IsNumber() const override;
+    RCDependence Dependence() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings) override;
     void WriteDescription(DataArea* area, int indent) override;
@@ -251,6 +263,7 @@ public:
     RCExpression_Function(int function, int argc, RCExpression** argv)
         : RCExpression_MultipleArgs(function, argc, argv) {}
 
+    RCDependence Dependence() const override;
     RCExpression* Reduce(RCScanner* scanner, RCBindings* bindings, bool& isConstant) const override;
     RCNumber Evaluate(RCScanner* scanner, RCBindings* bindings) override;
     void WriteDescription(DataArea* area, int indent) override;

@@ -6,10 +6,9 @@
 
 #include <array>
 #include <cctype>
-#include <cstdlib>
-#include <string>
 
 #include "Assertion.h"
+#include "DecimalReal.h"
 #include "MsgIds.h"
 #include "RCScanner.h"
 
@@ -104,8 +103,7 @@ long RCScanner::EvalNumber() const {
 double RCScanner::EvalRealNumber() const {
     VELOR_ASSERT_TEXT("RCScanner::EvalRealNumber", fTokenType == kPPScan_Float || fTokenType == kPPScan_Double ||
                                                        fTokenType == kPPScan_LongDouble);
-    std::string const text(fTokenText.GetReadPtr(), fTokenText.Readable());
-    return std::atof(text.c_str());
+    return DecimalReal(fTokenText.GetReadPtr(), fTokenText.Readable());
 }
 
 char const* RCScanner::LiteralLimit() const {

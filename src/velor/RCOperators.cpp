@@ -79,7 +79,8 @@ RCNumber integerBinary(int op, long left, long right) {
     }
 }
 
-RCNumber floatBinary(RCScanner* scanner, int op, double left, double right) {
+// |, ^, &, <<, >> and % work on integers only.
+bool hasFloatForm(int op) {
     switch (op) {
     case kPPScan_Or:
     case kPPScan_Xor:
@@ -87,7 +88,15 @@ RCNumber floatBinary(RCScanner* scanner, int op, double left, double right) {
     case kPPScan_ShiftLeft:
     case kPPScan_ShiftRight:
     case kPPScan_Percent:
-        return refuseFloat(scanner, BadOperatorString(op));
+        return false;
+    default:
+        return true;
+    }
+}
+
+RCNumber floatBinary(RCScanner* scanner, int op, double left, double right) {
+    if (!hasFloatForm(op)) return refuseFloat(scanner, BadOperatorString(op));
+    switch (op) {
     case kPPScan_EqEq:
         return floatTruth(left == right);
     case kPPScan_NotEq:
@@ -174,6 +183,15 @@ RCNumber evaluateBinary(RCScanner* scanner, int op, RCNumber const& left, RCNumb
     if (op == kPPScan_AndAnd) return truth(left.AsInteger() != 0 && right.AsInteger() != 0);
     if (left.IsInteger() && right.IsInteger()) return integerBinary(op, left.AsInteger(), right.AsInteger());
     return floatBinary(scanner, op, left.AsDouble(), right.AsDouble());
+}
+
+bool evaluatesSilently(int op, RCNumber const& operand) {
+    return operand.IsInteger() || op != kPPScan_Tilde;
+}
+
+bool evaluatesSilently(int op, RCNumber const& left, RCNumber const& right) {
+    if (op == kPPScan_OrOr || op == kPPScan_AndAnd || (left.IsInteger() && right.IsInteger())) return true;
+    return hasFloatForm(op);
 }
 
 char const* operatorText(int op) {

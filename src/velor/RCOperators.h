@@ -13,6 +13,10 @@ int getOperatorPriority(int token);
 // which always give the integer 0 or 1. Division by zero gives zero without a message.
 RCNumber evaluateUnary(RCScanner* scanner, int op, RCNumber const& operand);
 RCNumber evaluateBinary(RCScanner* scanner, int op, RCNumber const& left, RCNumber const& right);
+// Whether evaluating gives its value without a message: all but the operators that have no
+// float form, when they meet a float.
+bool evaluatesSilently(int op, RCNumber const& operand);
+bool evaluatesSilently(int op, RCNumber const& left, RCNumber const& right);
 
 // The source text of an operator token.
 char const* operatorText(int op);

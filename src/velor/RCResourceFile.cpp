@@ -10,16 +10,21 @@
 
 namespace {
 
-// Type and id mixed so that neighbouring ids of one type and equal ids of several types spread
-// over the whole table (the finaliser of MurmurHash3).
+// Resources mostly come with ids counting up within a type, so four neighbouring ids of a type
+// share a run of four neighbouring places: inserting them touches one cache line, or two, instead
+// of four anywhere in the table. The runs, one per type and four ids, are mixed over the whole
+// table (the finaliser of MurmurHash3). Longer runs would make longer clusters for the probes.
+constexpr unsigned kIdsPerRun = 4;
+
 std::size_t IndexHash(unsigned long type, short id) {
-    uint64_t key = (static_cast<uint64_t>(type) << 16) ^ static_cast<uint16_t>(id);
+    auto const bits = static_cast<uint16_t>(id);
+    uint64_t key = (static_cast<uint64_t>(type) << 16) ^ (bits / kIdsPerRun);
     key ^= key >> 33;
     key *= 0xff51afd7ed558ccdULL;
     key ^= key >> 33;
     key *= 0xc4ceb9fe1a85ec53ULL;
     key ^= key >> 33;
-    return static_cast<std::size_t>(key);
+    return static_cast<std::size_t>(key * kIdsPerRun + bits % kIdsPerRun);
 }
 
 }  // namespace
@@ -64,7 +69,7 @@ RCResource* RCResourceFile::Lookup(unsigned long type, short id) const {
 int RCResourceFile::AddResource(RCResource* resource) {
     unsigned long const type = resource->GetType();
     short const id = resource->GetId();
-    if (4 * (fResources.size() + 1) > 3 * fIndex.size()) GrowIndex();
+    if (2 * (fResources.size() + 1) > fIndex.size()) GrowIndex();
     std::size_t const slot = SlotOf(type, id);
     if (fIndex[slot].fPosition != 0) return kMsg_DuplicateResource;
     fResources.push_back(resource);

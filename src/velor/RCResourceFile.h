@@ -47,7 +47,7 @@ private:
     // The resources in order of insertion, owned.
     std::vector<RCResource*> fResources;
     // An open-addressed table of the resources by type and id, probed linearly and never more
-    // than three quarters full: a look-up reads a short run of adjacent places, whatever the
-    // count, and the table costs a few bytes per resource.
+    // than half full, since neighbouring ids take neighbouring places: a look-up reads a short
+    // run of adjacent places, whatever the count, and the table costs a few bytes per resource.
     std::vector<Slot> fIndex = std::vector<Slot>(64);
 };

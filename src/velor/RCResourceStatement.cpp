@@ -117,12 +117,14 @@ bool ParseResourceHead(RCScanner* scanner, RCResourceHead& head) {
     head.typeName = ParseResourceKind(scanner);
     if (!head.typeName) return false;
     if (!scanner->Scan(kPPScan_LParen, kMsg_ExpectedLParen)) return false;
-    RCPtr<RCExpression> id(RCStatement::ScanNumber(scanner));
-    if (!id) {
+    // The id is a value as those of a value list are: mostly a literal, or one folded from literals.
+    RCNumber literal;
+    RCPtr<RCExpression> id;
+    if (!RCStatement::ScanNumber(scanner, literal, id)) {
         scanner->ScanUntil(kPPScan_RParen);
         return false;
     }
-    head.id = static_cast<short>(RCStatement::EvalNumber(id, scanner));
+    head.id = static_cast<short>(id ? RCStatement::EvalNumber(id, scanner) : literal.AsInteger());
     return ParseResourceOptions(scanner, head.flags) && ParseResourceName(scanner, head.name) &&
            scanner->Scan(kPPScan_RParen, kMsg_ExpectedRParen);
 }

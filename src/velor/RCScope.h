@@ -201,20 +201,23 @@ public:
 template <class T>
 using RCScopeListIterator = RCListIterator<RCScopeList<T>>;
 
-// A stack of scopes with the innermost at the head. There is always a current scope. Destroying
-// the stack deletes the scope lists and their items but leaves the named objects alone, unless
-// ReleaseScope() handed them over first.
+// A stack of scopes with the innermost at the head. There is always a current scope to the
+// callers; the outermost one is made only when something asks for it, since a frame is made for
+// every type instance and most never put anything in most of its scopes. An absent scope finds
+// nothing, as an empty one would. Destroying the stack deletes the scope lists and their items
+// but leaves the named objects alone, unless ReleaseScope() handed them over first.
 template <class T>
 class RCScope : public RCList<RCScopeList<T>> {
 public:
-    RCScope() { PushScope(); }
-
     void PushScope() { this->Push(new RCScopeList<T>); }
 
     // The caller deletes the scope list that it gets.
     RCScopeList<T>* PopScope() { return this->Pop(); }
 
-    RCScopeList<T>* GetScope() const { return this->First(); }
+    RCScopeList<T>* GetScope() {
+        if (this->fLast == nullptr) PushScope();
+        return this->First();
+    }
 
     T* Lookup(UniqueStruct* name) const { return Lookup(name, false); }
 

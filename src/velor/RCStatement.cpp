@@ -140,10 +140,15 @@ RCExpression* RCStatement::ScanNumber(RCScanner* scanner) {
 
 bool RCStatement::ScanNumber(RCScanner* scanner, RCNumber& literal, RCPtr<RCExpression>& tree) {
     if (!RCExpression::ParseValue(scanner, literal, tree)) return false;
-    if (tree && !tree->IsNumber()) {
+    if (!tree) return true;
+    if (!tree->IsNumber()) {
         scanner->Error(kMsg_NotNumeric, 0);
         tree = nullptr;
         return false;
+    }
+    if (RCNumber const* folded = tree->LiteralValue()) {
+        literal = *folded;
+        tree = nullptr;
     }
     return true;
 }

@@ -53,8 +53,8 @@ public:
     static int ScanRadix(RCScanner* scanner);
     // An owned numeric expression, or null after an error was reported.
     static RCExpression* ScanNumber(RCScanner* scanner);
-    // A numeric value: a lone integer literal comes back in literal, with tree left null, and any
-    // other expression in tree. False after an error was reported.
+    // A numeric value of a value list: one known from literals alone comes back in literal, with
+    // tree left null, and any other expression in tree. False after an error was reported.
     static bool ScanNumber(RCScanner* scanner, RCNumber& literal, RCPtr<RCExpression>& tree);
     // An owned string expression, or null after an error was reported.
     static RCExpression* ScanString(RCScanner* scanner);

@@ -49,6 +49,21 @@ bool AppendString(DataArea& text, RCByteString& value, Entry& entry) {
     return true;
 }
 
+// The index and the text area of the table being laid. A table holds no other statement, so one
+// is laid at a time, and each table after the first reuses the storage of those before it.
+struct Table {
+    std::vector<Entry> index;
+    // Room for the few short strings of a usual table, so that appending them does not grow it.
+    DataArea text{kTextStart, kTextStep, false};
+};
+
+Table& emptyTable() {
+    static Table table;
+    table.index.clear();
+    table.text.Reset();
+    return table;
+}
+
 void AddWord(RCBindings* bindings, RCScanner* scanner, std::uint16_t word) {
     bindings->AddBytes(scanner, &word, sizeof word);
 }
@@ -56,9 +71,9 @@ void AddWord(RCBindings* bindings, RCScanner* scanner, std::uint16_t word) {
 }  // namespace
 
 bool RCStatement_MultiString::CreateResource(RCBindings* bindings, RCScanner* scanner) {
-    std::vector<Entry> index;
-    // Room for the few short strings of a usual table, so that appending them does not grow it.
-    DataArea text(kTextStart, kTextStep, false);
+    Table& table = emptyTable();
+    std::vector<Entry>& index = table.index;
+    DataArea& text = table.text;
     while (scanner->TokenType() != kPPScan_RCurly) {
         long id = 0;
         if (!CreateResource_Long(scanner, bindings, &id)) return false;

@@ -36,7 +36,10 @@ RCStatement_Number::RCStatement_Number(short width, bool isInteger)
     : fWidth(width), fIsInteger(isInteger) {}
 
 RCStatement_Number::RCStatement_Number(short width, bool isInteger, RCExpression* value)
-    : fValueExpr(value), fWidth(width), fIsInteger(isInteger) {}
+    : fValueExpr(value),
+      fValueDependsOnOutput(value->Dependence() == RCDependence::kOutput),
+      fWidth(width),
+      fIsInteger(isInteger) {}
 
 RCStatement_Number::RCStatement_Number(short width, bool isInteger, RCNamedList<RCNamedValue>& values)
     : fValues(values), fWidth(width), fIsInteger(isInteger) {}
@@ -93,6 +96,7 @@ bool RCStatement_Number::ParseSymbolicValues(RCScanner* scanner, RCNamedList<RCN
 
 bool RCStatement_Number::CreateResource(RCBindings* bindings, RCScanner* scanner) {
     TraceKindAndWidth(bindings);
+    if (fValueDependsOnOutput) return bindings->AddOutputValue(scanner, fValueExpr, fWidth, fIsInteger);
     if (!ConsumesInput()) return bindings->AddValue(scanner, fValueExpr, fWidth, fIsInteger);
     if (!AddInputValue(bindings, scanner)) return false;
     ScanValueSeparator(scanner);

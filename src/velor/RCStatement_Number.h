@@ -38,6 +38,9 @@ private:
 
     RCNamedList<RCNamedValue> fValues;
     RCPtr<RCExpression> fValueExpr;
+    // The constant value depends on the output alone, such as $$Word(0) ^ 0xFFF, so every
+    // instance patches it from the tree as it stands.
+    bool fValueDependsOnOutput = false;
     short fWidth;
     bool fIsInteger;
 };

@@ -79,6 +79,46 @@ TEST_F(RCExpressionTest, AValueIsALoneLiteralOrATreeThatStartsWithIt) {
     }
 }
 
+// A value folds operators over literals as it is parsed, but never one that would report, and
+// a tree of a type body keeps every node, since its description shows it as written.
+TEST_F(RCExpressionTest, AValueFoldsItsConstantsSilentlyAndABodyTreeDoesNot) {
+    for (char const* text : {"(3) * 256 + (4) ;", "- 2 ;", "1 ? 2 : 3 ;", "1.5 % 2 ;", "~1.5 ;", "6 / 8.0 ;"}) {
+        RCTestScanner scanner(text);
+        RCTestBindings bindings(scanner);
+        RCNumber literal;
+        RCPtr<RCExpression> tree;
+        RCCapturedMessages parsing;
+        ASSERT_TRUE(RCExpression::ParseValue(scanner, literal, tree)) << text;
+        EXPECT_EQ(parsing.Text(), "") << text;
+        bool const folds = std::string(text).find_first_of("?%~") == std::string::npos;
+        EXPECT_EQ(tree->LiteralValue() != nullptr, folds) << text;
+        RCCapturedMessages evaluating;
+        EXPECT_DOUBLE_EQ(tree->Evaluate(scanner, bindings.get()).AsDouble(), Evaluate(text).AsDouble()) << text;
+    }
+    RCTestScanner scanner("1 + 2");
+    RCPtr<RCExpression> body(RCExpression::ParseExpression(scanner, -1));
+    EXPECT_EQ(body->LiteralValue(), nullptr);
+}
+
+// Only a tree of integer literals, their operators and the $$ functions that read the output may
+// be evaluated as it stands when its fixup runs.
+TEST_F(RCExpressionTest, ATreeDependsOnTheOutputOnlyThroughFunctionsOverIntegers) {
+    struct Case {
+        char const* text;
+        RCDependence dependence;
+    };
+    for (Case const& c : {Case{"(1 << 12) - ~1", RCDependence::kNothing},
+                          Case{"$$Word(0) ^ ((1 << 12) - 1)", RCDependence::kOutput},
+                          Case{"-$$BitField(8, 4, 4)", RCDependence::kOutput},
+                          Case{"$$Byte(0) + 1.5", RCDependence::kBindings},
+                          Case{"$$Long(n)", RCDependence::kBindings}, Case{"1 + n", RCDependence::kBindings}}) {
+        RCTestScanner scanner(c.text);
+        RCPtr<RCExpression> expression(RCExpression::ParseExpression(scanner, -1));
+        ASSERT_TRUE(expression) << c.text;
+        EXPECT_EQ(expression->Dependence(), c.dependence) << c.text;
+    }
+}
+
 TEST_F(RCExpressionTest, ATernaryEndsItsLevelAndNestsToTheRight) {
     EXPECT_EQ(Integer("1 ? 2 : 3 + 4"), 2);
     EXPECT_EQ(Integer("0 ? 2 : 3 + 4"), 7);
