@@ -179,7 +179,7 @@ bool PP_CScanner::SkipComment() {
     return false;
 }
 
-// The cursor is on the token's first byte, which begins no token of one byte.
+// Every token, and the tokens the inline path leaves in particular; the cursor is on its first byte.
 int PP_CScanner::PrivGetNextToken(int* error) {
     int c = CookedPeekChar();
     if (iswhite(c)) {

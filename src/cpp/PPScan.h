@@ -322,8 +322,8 @@ private:
             return kPPScan_None;
         if (p + 1 != end) {
             char const next = p[1];
-            bool const lengthens = (token & PP_ScanDetail::kMayLengthen) != 0 && (next == '=' || next == '>' || next == *p);
-            if (next == kPPChar_Backslash || lengthens)
+            bool const mayLengthen = (token & PP_ScanDetail::kMayLengthen) != 0;
+            if (next == kPPChar_Backslash || (mayLengthen && (next == '=' || next == '>' || next == *p)))
                 return kPPScan_None;
         }
         token &= ~PP_ScanDetail::kMayLengthen;
