@@ -121,6 +121,9 @@ std::int32_t apply(int op, std::int32_t left, std::int32_t right) {
     }
 }
 
+// A letter of the C locale, told without a call.
+bool isLetter(int c) { return static_cast<unsigned>((c | 0x20) - 'a') < 26; }
+
 int hexDigitValue(int c) { return std::isdigit(c) ? c - '0' : std::tolower(c) - 'a' + 10; }
 
 // The character behind a backslash of a character constant; the reader stands behind it.
@@ -154,8 +157,10 @@ bool PP_CExpr::Eval(int* error) {
     OperatorEntry operators[kStackSize];
     OperatorEntry* opTop = operators;
     *opTop = {kOpBottom, opdope[kOpBottom], 0};
-    // values[0] stays 0 below the values proper, so 127 of the entries can be filled.
-    long values[kStackSize] = {};
+    // values[0] stays 0 below the values proper, so 127 of the entries can be filled. The machine
+    // reads no entry above it that it has not written, so the others are left as they are.
+    long values[kStackSize];
+    values[0] = 0;
     long* valueTop = values;
     bool binop = false;
     // Every stop with an error answers true; the caller looks at the code first.
@@ -333,7 +338,7 @@ void PP_CExpr::EvalNum() {
         int c = text.GetChar();
         if (c == 'L' || c == 'U' || c == 'l' || c == 'u')
             break;
-        value = value * base + static_cast<std::uint64_t>(std::isalpha(c) ? hexDigitValue(c) : c - '0');
+        value = value * base + static_cast<std::uint64_t>(isLetter(c) ? hexDigitValue(c) : c - '0');
     }
     fValue = static_cast<long>(value);
 }

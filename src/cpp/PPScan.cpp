@@ -15,7 +15,6 @@ namespace {
 bool isDecimalDigit(int c) { return inCharClass(c, kPPChar_Decimal); }
 bool isHexDigit(int c) { return inCharClass(c, kPPChar_Hex); }
 bool isExponentMark(int c) { return c == 'e' || c == 'E'; }
-bool isDoubleByteLanguage() { return gCurrentLanguage >= 1 && gCurrentLanguage <= 4; }
 
 // One operator character, in its plain form or followed by '='.
 int w1(int c, bool assign) {
@@ -180,7 +179,7 @@ bool PP_CScanner::SkipComment() {
     return false;
 }
 
-// The cursor is on the token's first byte, which begins no token of one byte.
+// Every token, and the tokens the inline path leaves in particular; the cursor is on its first byte.
 int PP_CScanner::PrivGetNextToken(int* error) {
     int c = CookedPeekChar();
     if (iswhite(c)) {

@@ -91,6 +91,8 @@ enum PP_TokenType {
 // The language of the resource being compiled: 1 to 4 read strings as double-byte text.
 extern int gCurrentLanguage;
 
+inline bool isDoubleByteLanguage() { return gCurrentLanguage >= 1 && gCurrentLanguage <= 4; }
+
 // Character classes; each takes -1 (end of input) and answers false for it.
 inline bool isEOL(int c) { return inCharClass(c, kPPChar_EOL); }
 inline bool iswhite(int c) { return inCharClass(c, kPPChar_Blank); }
@@ -99,11 +101,15 @@ inline bool isodigit(int c) { return inCharClass(c, kPPChar_Octal); }
 // A character that may stand inside an identifier: an identifier start or a digit.
 inline bool isidentchar(int c) { return inCharClass(c, kPPChar_Ident); }
 
-// The tokens that the scanner takes inline, by the byte they begin with: a byte that is a token by
-// itself whatever follows it (the brackets and separators), a name that cannot be the prefix of a
-// literal, a number and white space; kPPScan_None for every other byte. These are most tokens of a
-// description.
+// The tokens that the scanner takes inline, besides the end of the input, by the byte they begin
+// with: a byte that is a token by itself whatever follows it (the brackets and separators), an
+// operator byte that is a token by itself unless '=', '>' or the same byte follows, a name that
+// cannot be the prefix of a literal, a number, a string and white space; kPPScan_None for every
+// other byte. These are most tokens of a description.
 namespace PP_ScanDetail {
+
+// Marks the entry of an operator byte that the byte behind it may lengthen.
+constexpr unsigned char kMayLengthen = 0x80;
 
 struct InlineTokens {
     unsigned char fToken[256];
@@ -119,6 +125,7 @@ constexpr InlineTokens MakeInlineTokens() {
         if (inCharClass(c, kPPChar_Blank))
             table.fToken[c] = kPPScan_White;
     }
+    table.fToken[static_cast<unsigned char>('"')] = kPPScan_String;
     table.fToken[static_cast<unsigned char>('(')] = kPPScan_LParen;
     table.fToken[static_cast<unsigned char>(')')] = kPPScan_RParen;
     table.fToken[static_cast<unsigned char>(',')] = kPPScan_Comma;
@@ -129,6 +136,16 @@ constexpr InlineTokens MakeInlineTokens() {
     table.fToken[static_cast<unsigned char>('{')] = kPPScan_LCurly;
     table.fToken[static_cast<unsigned char>('}')] = kPPScan_RCurly;
     table.fToken[static_cast<unsigned char>('~')] = kPPScan_Tilde;
+    table.fToken[static_cast<unsigned char>('!')] = kPPScan_Not | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('#')] = kPPScan_Pound | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('%')] = kPPScan_Percent | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('&')] = kPPScan_And | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('*')] = kPPScan_Star | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('+')] = kPPScan_Plus | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('-')] = kPPScan_Minus | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('=')] = kPPScan_Assign | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('^')] = kPPScan_Xor | kMayLengthen;
+    table.fToken[static_cast<unsigned char>('|')] = kPPScan_Or | kMayLengthen;
     return table;
 }
 
@@ -279,15 +296,16 @@ private:
         return p != end && *p == kPPChar_Backslash;
     }
     void SkipRunAcrossBackslashes(unsigned char classes);
-    // A token of PP_ScanDetail::kInlineTokens, taken, or kPPScan_None with nothing taken. The
-    // general path looks at the byte behind a token to end it, and that look folds a continuation
-    // standing there and counts its line; so a backslash behind the token leaves it to that path.
+    // The end of the input or a token of PP_ScanDetail::kInlineTokens, taken, or kPPScan_None with
+    // nothing taken. The general path looks at the byte behind a token to end it, and that look
+    // folds a continuation standing there and counts its line; so a backslash behind the token
+    // leaves it to that path.
     int TakeInlineToken() {
         char const* const p = fInput->GetReadPtr();
         char const* const end = fInput->GetEndPtr();
         if (p == end)
-            return kPPScan_None;
-        int const token = PP_ScanDetail::kInlineTokens.fToken[static_cast<unsigned char>(*p)];
+            return kPPScan_EOF;
+        int token = PP_ScanDetail::kInlineTokens.fToken[static_cast<unsigned char>(*p)];
         if (token == kPPScan_Ident) {
             SkipRun(kPPChar_Ident);
             return token;
@@ -298,8 +316,17 @@ private:
             SkipBlanks();
             return token;
         }
-        if (token == kPPScan_None || (p + 1 != end && p[1] == kPPChar_Backslash))
+        if (token == kPPScan_String)
+            return TakePlainString(p, end);
+        if (token == kPPScan_None)
             return kPPScan_None;
+        if (p + 1 != end) {
+            char const next = p[1];
+            bool const mayLengthen = (token & PP_ScanDetail::kMayLengthen) != 0;
+            if (next == kPPChar_Backslash || (mayLengthen && (next == '=' || next == '>' || next == *p)))
+                return kPPScan_None;
+        }
+        token &= ~PP_ScanDetail::kMayLengthen;
         fInput->SkipTo(p + 1);
         ++fCharPos;
         return token;
@@ -329,6 +356,22 @@ private:
         fInput->SkipTo(q);
         fCharPos += static_cast<unsigned long>(q - p);
         return token;
+    }
+    // The cursor `p` is on a double quote. Takes a string of plain bytes (no escape, line end or
+    // single quote) up to its closing quote, which ends it without a look behind, unless strings
+    // are read as double-byte text; anything else is left to the general path.
+    int TakePlainString(char const* p, char const* end) {
+        if (isDoubleByteLanguage())
+            return kPPScan_None;
+        char const* q = p + 1;
+        while (q != end && inCharClass(static_cast<unsigned char>(*q), kPPChar_LiteralPlain))
+            ++q;
+        if (q == end || *q != '"')
+            return kPPScan_None;
+        ++q;
+        fInput->SkipTo(q);
+        fCharPos += static_cast<unsigned long>(q - p);
+        return kPPScan_String;
     }
     // Out of line, so that the inline path stays small wherever it is inlined.
     [[gnu::noinline]] int PrivGetNextToken(int* error);

@@ -15,6 +15,7 @@
 
 #include <array>
 #include <cctype>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <vector>
@@ -147,11 +148,31 @@ public:
         if (length == 0 || length > kMaxLength) return nullptr;
         for (short row = fHeads[length][static_cast<unsigned char>(text[0])]; row != kNone;
              row = fNext[static_cast<size_t>(row)])
-            if (std::memcmp(gKeywordTable[row].fName, text, length) == 0) return &gKeywordTable[row];
+            if (SameBytes(gKeywordTable[row].fName, text, length)) return &gKeywordTable[row];
         return nullptr;
     }
 
 private:
+    // Equal bytes, compared by two loads of a word each that overlap where the length is not
+    // twice a word's, and never reach past `length`: a keyword is at most 15 bytes long.
+    template <typename Word>
+    static bool SameWords(char const* a, char const* b, size_t length) {
+        Word a1, a2, b1, b2;
+        std::memcpy(&a1, a, sizeof(Word));
+        std::memcpy(&b1, b, sizeof(Word));
+        std::memcpy(&a2, a + length - sizeof(Word), sizeof(Word));
+        std::memcpy(&b2, b + length - sizeof(Word), sizeof(Word));
+        return a1 == b1 && a2 == b2;
+    }
+
+    static bool SameBytes(char const* a, char const* b, size_t length) {
+        if (length >= sizeof(std::uint64_t)) return SameWords<std::uint64_t>(a, b, length);
+        if (length >= sizeof(std::uint32_t)) return SameWords<std::uint32_t>(a, b, length);
+        for (size_t i = 0; i < length; ++i)
+            if (a[i] != b[i]) return false;
+        return true;
+    }
+
     static constexpr size_t kMaxLength = 15;
     static constexpr short kNone = -1;
     std::array<std::array<short, 256>, kMaxLength + 1> fHeads;

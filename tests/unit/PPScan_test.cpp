@@ -100,6 +100,8 @@ TEST(PPScan, Punctuation) {
     EXPECT_EQ(typesOf("()[]{},;?:#\\@\xC0"), (std::vector<int>{68, 69, 70, 71, 72, 73, 77, 76, 28, 74, 26, 79, 80, 80}));
     std::vector<Token> dots = scanAll("..x");
     EXPECT_EQ(dots[0], (Token{0, "..", 7, 1}));
+    EXPECT_EQ(typesOf("-1!x#y%2&a*b+c=d^e|f-"), (std::vector<int>{45, 10, 31, 5, 26, 5, 48, 10, 34, 5, 46, 5, 44,
+                                                                    5, 49, 5, 33, 5, 32, 5, 45}));
     // The look behind a token folds a continuation standing there, so its line counts already.
     EXPECT_EQ(scanAll(";\\\nx")[0], (Token{76, ";", 0, 2}));
     EXPECT_EQ(scanAll("{;\n")[1], (Token{76, ";", 0, 1}));
@@ -124,7 +126,7 @@ TEST(PPScan, ContinuationsAnywhereChangeNoToken) {
         "'c' abc_$9 123 0x1fUL 0b101 0777 1.5e+10f .5 $FF $\"4142\" L\"ab\" 7u end9",
         "\"str\\\"ing\" \t\v\f\xCA" "x\r\ny\rz\n \"\"",
         "a.b->c <<= 1e 0x 089 \"open",
-        "0x", "12", "0b1", "  ", "(x)[y]{z},;?~", "0x4F.y 7;0,x1(9)0",
+        "0x", "12", "0b1", "  ", "(x)[y]{z},;?~", "0x4F.y 7;0,x1(9)0", "-1!x#%&*+=^|- ->-=!=##", "\"a b\"x\"it's\"\"\"",
     };
     for (char const* text : texts) {
         std::string const plain(text);

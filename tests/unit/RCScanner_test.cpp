@@ -85,15 +85,17 @@ TEST_F(RCScannerTest, KeywordsMatchWholeWordsWithCaseAndCarryTheirArgumentCounts
 }
 
 // Every row of the table is found, and the names next to it (a byte longer, a byte shorter, the
-// last byte changed) are plain identifiers.
+// last or the middle byte changed) are plain identifiers.
 TEST_F(RCScannerTest, EveryKeywordIsFoundAndItsNeighboursAreNot) {
     std::string text;
     std::vector<int> expected;
     for (RCKeyword const* row = gKeywordTable; row->fName != nullptr; ++row) {
         std::string const name = row->fName;
         std::string const shorter = name.substr(0, name.size() - 1);
-        text += name + " " + name + "x " + shorter + " " + shorter + "_ ";
-        expected.insert(expected.end(), {row->fToken, kPPScan_Ident, kPPScan_Ident, kPPScan_Ident});
+        std::string middleChanged = name;
+        middleChanged[name.size() / 2] ^= 0x20;
+        text += name + " " + name + "x " + shorter + " " + shorter + "_ " + middleChanged + " ";
+        expected.insert(expected.end(), {row->fToken, kPPScan_Ident, kPPScan_Ident, kPPScan_Ident, kPPScan_Ident});
     }
     Open(text.c_str());
     EXPECT_EQ(expected, AllTokens());
