@@ -207,3 +207,9 @@ GROWTH_CASES = [
     ("a file of 10,000 / 100,000 macros", many_macros, 10_000),
     ("a file of 1,000 / 10,000 types", many_types, 1_000),
 ]
+
+
+if __name__ == "__main__":
+    # The training input of the profile-guided build: python3 bench/corpus.py COUNT > file.vd
+    import sys
+    sys.stdout.write(whole_program(int(sys.argv[1])))

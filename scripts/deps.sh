@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs what a build needs beyond a bare Debian machine: a compiler, CMake, Ninja, GoogleTest;
+# Installs what a build needs beyond a bare Debian machine: a compiler, CMake, Ninja, GoogleTest,
+# Python (for the training corpus of the profile-guided build);
 # with VELOR_BENCH=1 the benchmark library, with VELOR_FUZZ=1 clang and its libFuzzer.
 # Does nothing when everything is already there.
 set -euo pipefail
@@ -8,6 +9,7 @@ missing=()
 command -v g++ >/dev/null || missing+=(g++)
 command -v cmake >/dev/null || missing+=(cmake)
 command -v ninja >/dev/null || missing+=(ninja-build)
+command -v python3 >/dev/null || missing+=(python3)
 [ -f /usr/include/gtest/gtest.h ] || missing+=(libgtest-dev)
 if [ "${VELOR_BENCH:-0}" = 1 ] && [ ! -f /usr/include/benchmark/benchmark.h ]; then
   missing+=(libbenchmark-dev)

@@ -155,8 +155,11 @@ public:
 
     // Where the resource lives, whether or not it is there.
     std::filesystem::path PathOf(ResourceType type, std::int16_t id) const {
-        return fFolder / type.FolderName() / (std::to_string(std::uint16_t(id)) + ".vlbk");
+        return fFolder / type.FolderName() / FileNameOf(id);
     }
+
+    // The name of a resource's file in its type's folder: "65535.vlbk" for id -1.
+    static std::string FileNameOf(std::int16_t id) { return std::to_string(std::uint16_t(id)) + ".vlbk"; }
 
     // The bytes of one resource; fails when the tree has no such resource.
     Result<Bytes> Load(ResourceType type, std::int16_t id, Access access = Access::kMap) const noexcept {

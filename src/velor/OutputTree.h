@@ -36,13 +36,9 @@ public:
 
     // A whole file, or nothing when it cannot be read as a regular file.
     static std::optional<std::string> ReadFile(std::filesystem::path const& path);
-    // The characters of a type up to its first zero byte, and back: one to four characters, the
-    // missing ones zero.
-    static std::string TypeText(std::uint32_t type);
+    // The type that one to four characters spell, the missing ones zero: the inverse of the
+    // reader's ResourceType::Text.
     static std::optional<std::uint32_t> TypeOfText(std::string_view text);
-    // The id that a file name such as "65535.vlbk" stands for: the text the compiler writes,
-    // with no sign and no leading zero.
-    static std::optional<std::int16_t> IdOfFileName(std::string_view name);
 
 private:
     void AddResourcesOf(std::uint32_t type, std::filesystem::path const& typeFolder,

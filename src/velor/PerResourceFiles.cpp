@@ -15,6 +15,7 @@
 #include "Options.h"
 #include "OutputFiles.h"
 #include "RCResource.h"
+#include "velor/ResourceTree.h"
 
 namespace fs = std::filesystem;
 
@@ -44,17 +45,6 @@ bool IsDirectory(fs::directory_entry const& entry) {
 bool IsRemovableResourceFile(fs::directory_entry const& entry) {
     return EndsWith(entry.path().filename().string(), kResourceSuffix) && !IsDirectory(entry) &&
            entry.path().string().find_first_of(kListBreakers) == std::string::npos;
-}
-
-// The four bytes of a type, high byte first, ending early at a zero byte.
-std::string TypeText(uint64_t type) {
-    std::string text;
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        char byte = static_cast<char>(type >> shift);
-        if (byte == 0) break;
-        text += byte;
-    }
-    return text;
 }
 
 // The messages below are built from file names and then shown as a format, so that "%%" in a
@@ -170,24 +160,26 @@ void PerResourceFiles::CheckAndRecordSource() {
 // resources of a few types interleave, and reopening a folder for every file would double the
 // calls a file costs. The descriptors are bounded, so that a run over thousands of types stays
 // within the process's limit; past the bound all are closed and the set starts again.
-OpenFolder const& PerResourceFiles::TypeFolder(std::string const& type) {
-    auto open = fOpenTypeFolders.find(type);
+OpenFolder const& PerResourceFiles::TypeFolder(std::string const& name) {
+    auto open = fOpenTypeFolders.find(name);
     if (open != fOpenTypeFolders.end()) return *open->second;
-    std::string path = *fFolder + "/vlbk_" + type;
-    if (fMadeTypeFolders.insert(type).second) {
+    std::string path = *fFolder + "/" + name;
+    if (fMadeTypeFolders.insert(name).second) {
         std::error_code ignored;
         fs::create_directory(path, ignored);
     }
     if (fOpenTypeFolders.size() == kMaxOpenTypeFolders) fOpenTypeFolders.clear();
-    return *fOpenTypeFolders.emplace(type, std::make_unique<OpenFolder>(path)).first->second;
+    return *fOpenTypeFolders.emplace(name, std::make_unique<OpenFolder>(path)).first->second;
 }
 
 int PerResourceFiles::CreateResourceFile(RCResource const* resource) {
     if (!fFolder) return 1;
     StopOnSeveralInputFiles();
     CheckAndRecordSource();
-    OpenFolder const& typeFolder = TypeFolder(TypeText(resource->GetType()));
-    std::string name = std::to_string(static_cast<uint16_t>(resource->GetId())) + kResourceSuffix;
+    // Named as the run-time reader looks them up.
+    velor::ResourceType const type(static_cast<uint32_t>(resource->GetType()));
+    OpenFolder const& typeFolder = TypeFolder(type.FolderName());
+    std::string const name = velor::ResourceTree::FileNameOf(resource->GetId());
     if (!typeFolder.WriteFile(name, resource->GetContents(), resource->GetContentsLength())) return 1;
     if (!fDebug) return 0;
     std::string const stamp = std::to_string(std::time(nullptr));

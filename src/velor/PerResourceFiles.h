@@ -42,7 +42,8 @@ public:
 
 private:
     void CheckAndRecordSource();
-    OpenFolder const& TypeFolder(std::string const& type);
+    // The open folder of one type, by its name ("vlbk_" and the type).
+    OpenFolder const& TypeFolder(std::string const& name);
 
     std::optional<std::string> fFolder;
     bool fDebug;

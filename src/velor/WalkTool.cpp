@@ -12,6 +12,7 @@
 #include "DescriptionIndex.h"
 #include "OutputTree.h"
 #include "RCDescWalker.h"
+#include "velor/ResourceTree.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ std::string Quoted(std::filesystem::path const& path) { return Quoted(path.strin
 
 // The four characters of a type as they can be shown, a byte that cannot as '?'.
 std::string ShownType(std::uint32_t type) {
-    std::string text = OutputTree::TypeText(type);
+    std::string text = velor::ResourceType(type).Text();
     for (char& c : text)
         if (!std::isprint(static_cast<unsigned char>(c))) c = '?';
     return text;

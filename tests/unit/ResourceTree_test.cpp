@@ -26,6 +26,15 @@ TEST(ResourceTree, TypeNamesItsFolderByItsCharactersUpToAZeroByte) {
     EXPECT_EQ("vlbk_STR ", ResourceType("STR ").FolderName());
     EXPECT_EQ("vlbk_AB", ResourceType(0x41420043).FolderName());
     EXPECT_EQ("vlbk_", ResourceType(0x00414243).FolderName());
+    EXPECT_EQ("ab", ResourceType(0x61620063).Text());
+}
+
+TEST(ResourceTree, FileNamesAreIdsOnlyInTheFormTheCompilerWrites) {
+    for (std::int16_t id : {-1, 0, 128, -32768, 32767})
+        EXPECT_EQ(id, ResourceTree::IdOfFileName(ResourceTree::FileNameOf(id)));
+    EXPECT_EQ("65535.vlbk", ResourceTree::FileNameOf(-1));
+    for (char const* name : {"01.vlbk", "65536.vlbk", "-1.vlbk", "1.txt", ".vlbk", "1a.vlbk", "123456.vlbk"})
+        EXPECT_FALSE(ResourceTree::IdOfFileName(name)) << name;
 }
 
 TEST(ResourceTree, LoadsTheSameBytesMappedAndRead) {
