@@ -2,6 +2,8 @@
 
 #include "RCLanguagePeek.h"
 
+#include <bit>
+#include <cstdint>
 #include <cstring>
 #include <iterator>
 
@@ -19,7 +21,35 @@ constexpr std::size_t kTagLength = 6;
 // Setting bit 5 folds upper case onto lower case and moves no other byte into a..z.
 bool IsLetter(char c) { return static_cast<unsigned>((static_cast<unsigned char>(c) | 0x20) - 'a') < 26U; }
 
+constexpr std::uint64_t kEachByte = ~std::uint64_t{0} / 0xFF;
+
+// The top bit of each of the eight bytes that is a letter, found as IsLetter does: fold the case,
+// then test 'a' <= byte <= 'z' on the low seven bits of a byte whose own top bit is clear. Each sum
+// and difference stays within its byte, so no byte's result spills into its neighbour's.
+std::uint64_t LetterFlags(std::uint64_t bytes) {
+    std::uint64_t const folded = bytes | kEachByte * 0x20;
+    std::uint64_t const low = folded & kEachByte * 0x7F;
+    std::uint64_t const upToZ = kEachByte * (0x7F + 'z' + 1) - low;
+    std::uint64_t const fromA = low + kEachByte * (0x7F - ('a' - 1));
+    return upToZ & fromA & ~folded & kEachByte * 0x80;
+}
+
+// The index, in memory order, of the first byte whose flag is set.
+int FirstFlaggedByte(std::uint64_t flags) {
+    if constexpr (std::endian::native == std::endian::little)
+        return std::countr_zero(flags) / 8;
+    else
+        return std::countl_zero(flags) / 8;
+}
+
+// Resources open with a run of blanks, digits and punctuation before their first word, so the
+// run is skipped eight bytes at a time.
 char const* SkipToLetter(char const* p, char const* end) {
+    for (; end - p >= 8; p += 8) {
+        std::uint64_t bytes;
+        std::memcpy(&bytes, p, sizeof bytes);
+        if (std::uint64_t const flags = LetterFlags(bytes)) return p + FirstFlaggedByte(flags);
+    }
     while (p < end && !IsLetter(*p)) ++p;
     return p;
 }

@@ -19,6 +19,19 @@ TEST(RCLanguagePeek, BytesNextToTheLettersAreNoWord) {
     EXPECT_EQ(1, Peek("{ @[`{\xC1\xE1\xDA k_jaJP").language);
 }
 
+// Every byte value, at every offset within and past the first eight bytes, either is the first
+// word (a letter) or is skipped on the way to the tag behind it.
+TEST(RCLanguagePeek, EveryByteIsToldLetterOrNotAtEveryOffset) {
+    for (int offset = 0; offset < 20; ++offset) {
+        for (int value = 0; value < 256; ++value) {
+            char const byte = static_cast<char>(value);
+            bool const isLetter = (value >= 'a' && value <= 'z') || (value >= 'A' && value <= 'Z');
+            std::string text = std::string(static_cast<std::size_t>(offset), '0') + byte + " k_jaJP";
+            EXPECT_EQ(isLetter ? 0 : 1, Peek(text).language) << "offset " << offset << " byte " << value;
+        }
+    }
+}
+
 TEST(RCLanguagePeek, OnlyTheFirstWordCounts) {
     RCLanguagePeek peek = Peek("{ red, k_jaJP }");
     EXPECT_EQ(0, peek.language);
