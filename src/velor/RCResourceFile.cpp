@@ -33,8 +33,7 @@ RCResourceFile::~RCResourceFile() {
     for (RCResource* resource : fResources) delete resource;
 }
 
-std::size_t RCResourceFile::SlotOf(unsigned long type, short id) const {
-    std::size_t const hash = IndexHash(type, id);
+std::size_t RCResourceFile::SlotOf(unsigned long type, short id, std::size_t hash) const {
     std::size_t const mask = fIndex.size() - 1;
     for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
         Slot const& slot = fIndex[at];
@@ -60,7 +59,7 @@ void RCResourceFile::GrowIndex() {
 }
 
 RCResource* RCResourceFile::Lookup(unsigned long type, short id) const {
-    uint32_t const position = fIndex[SlotOf(type, id)].fPosition;
+    uint32_t const position = fIndex[SlotOf(type, id, IndexHash(type, id))].fPosition;
     return position == 0 ? nullptr : fResources[position - 1];
 }
 
@@ -70,10 +69,11 @@ int RCResourceFile::AddResource(RCResource* resource) {
     unsigned long const type = resource->GetType();
     short const id = resource->GetId();
     if (2 * (fResources.size() + 1) > fIndex.size()) GrowIndex();
-    std::size_t const slot = SlotOf(type, id);
+    std::size_t const hash = IndexHash(type, id);
+    std::size_t const slot = SlotOf(type, id, hash);
     if (fIndex[slot].fPosition != 0) return kMsg_DuplicateResource;
     fResources.push_back(resource);
-    fIndex[slot] = Slot{static_cast<uint32_t>(IndexHash(type, id)), static_cast<uint32_t>(fResources.size())};
+    fIndex[slot] = Slot{static_cast<uint32_t>(hash), static_cast<uint32_t>(fResources.size())};
     return 0;
 }
 

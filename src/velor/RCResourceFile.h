@@ -39,8 +39,8 @@ private:
     };
 
     // The place of the index that holds the resource of type and id, or the empty place where it
-    // would go.
-    std::size_t SlotOf(unsigned long type, short id) const;
+    // would go. The caller gives the hash of type and id, which an insertion stores as well.
+    std::size_t SlotOf(unsigned long type, short id, std::size_t hash) const;
     void GrowIndex();
 
     char const* fName;
