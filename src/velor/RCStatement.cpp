@@ -41,13 +41,17 @@ RCStatement* ParseNamedStatement(RCScanner* scanner) {
     return field ? ExpectTerminator(scanner, field) : nullptr;
 }
 
+// Whether `accept` holds for a parsed expression; reports errorId when it does not.
+bool Accepts(RCScanner* scanner, RCExpression const& expression, bool (RCExpression::*accept)() const, int errorId) {
+    if ((expression.*accept)()) return true;
+    scanner->Error(errorId, 0);
+    return false;
+}
+
 // Parses an expression and keeps it only if `accept` holds for it; otherwise reports errorId.
 RCExpression* ScanExpression(RCScanner* scanner, bool (RCExpression::*accept)() const, int errorId) {
     RCPtr<RCExpression> expression(RCExpression::ParseExpression(scanner, -1));
-    if (expression && !((*expression).*accept)()) {
-        scanner->Error(errorId, 0);
-        return nullptr;
-    }
+    if (expression && !Accepts(scanner, *expression, accept, errorId)) return nullptr;
     return expression.Release();
 }
 
@@ -83,10 +87,7 @@ bool RCStatement::CreateResource_String(RCScanner* scanner, RCBindings*, RCByteS
         *value = literal;
         return true;
     }
-    if (!expression->IsString()) {
-        scanner->Error(kMsg_ExpectedString, 0);
-        return false;
-    }
+    if (!Accepts(scanner, *expression, &RCExpression::IsString, kMsg_ExpectedString)) return false;
     *value = expression->AsString();
     return true;
 }
@@ -150,8 +151,7 @@ RCExpression* RCStatement::ScanNumber(RCScanner* scanner) {
 bool RCStatement::ScanNumber(RCScanner* scanner, RCNumber& literal, RCPtr<RCExpression>& tree) {
     if (!RCExpression::ParseValue(scanner, literal, tree)) return false;
     if (!tree) return true;
-    if (!tree->IsNumber()) {
-        scanner->Error(kMsg_NotNumeric, 0);
+    if (!Accepts(scanner, *tree, &RCExpression::IsNumber, kMsg_NotNumeric)) {
         tree = nullptr;
         return false;
     }
