@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "Assertion.h"
+#include "PPCharClass.h"
 #include "cpp5.h"
 
 namespace {
@@ -120,9 +121,6 @@ std::int32_t apply(int op, std::int32_t left, std::int32_t right) {
     default: return 0;
     }
 }
-
-// A letter of the C locale, told without a call.
-bool isLetter(int c) { return static_cast<unsigned>((c | 0x20) - 'a') < 26; }
 
 int hexDigitValue(int c) { return std::isdigit(c) ? c - '0' : std::tolower(c) - 'a' + 10; }
 
@@ -338,7 +336,7 @@ void PP_CExpr::EvalNum() {
         int c = text.GetChar();
         if (c == 'L' || c == 'U' || c == 'l' || c == 'u')
             break;
-        value = value * base + static_cast<std::uint64_t>(isLetter(c) ? hexDigitValue(c) : c - '0');
+        value = value * base + static_cast<std::uint64_t>(isAsciiLetter(c) ? hexDigitValue(c) : c - '0');
     }
     fValue = static_cast<long>(value);
 }

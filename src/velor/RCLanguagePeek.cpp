@@ -7,6 +7,8 @@
 #include <cstring>
 #include <iterator>
 
+#include "PPCharClass.h"
+
 namespace {
 
 constexpr char kTagPrefix[] = "k_";
@@ -18,12 +20,9 @@ constexpr int kOtherUtf8Language = 6;
 constexpr char const* kLanguageTags[] = {"k_jaJP", "k_zhCN", "k_zhTW", "k_koKR"};
 constexpr std::size_t kTagLength = 6;
 
-// Setting bit 5 folds upper case onto lower case and moves no other byte into a..z.
-bool IsLetter(char c) { return static_cast<unsigned>((static_cast<unsigned char>(c) | 0x20) - 'a') < 26U; }
-
 constexpr std::uint64_t kEachByte = ~std::uint64_t{0} / 0xFF;
 
-// The top bit of each of the eight bytes that is a letter, found as IsLetter does: fold the case,
+// The top bit of each of the eight bytes that is a letter, found as isAsciiLetter does: fold the case,
 // then test 'a' <= byte <= 'z' on the low seven bits of a byte whose own top bit is clear. Each sum
 // and difference stays within its byte, so no byte's result spills into its neighbour's.
 std::uint64_t LetterFlags(std::uint64_t bytes) {
@@ -50,7 +49,7 @@ char const* SkipToLetter(char const* p, char const* end) {
         std::memcpy(&bytes, p, sizeof bytes);
         if (std::uint64_t const flags = LetterFlags(bytes)) return p + FirstFlaggedByte(flags);
     }
-    while (p < end && !IsLetter(*p)) ++p;
+    while (p < end && !isAsciiLetter(static_cast<unsigned char>(*p))) ++p;
     return p;
 }
 
