@@ -192,4 +192,11 @@ TEST_F(PPCPP, MacroTextWithoutAFileBelowHasNoLine) {
                  "Assertion failed: false, function NearestFileBelowTop");
 }
 
+// An empty macro at the start of a body ends an input, so the next '#' stands at a line start,
+// still inside macro text; '#line' there has no file to renumber and stops on the assertion.
+TEST_F(PPCPP, LineDirectiveInMacroTextStops) {
+    EXPECT_DEATH(ReadAskingForLines(*pp, "#define E\n#define F E # line 3\nF\n"),
+                 "Assertion failed: InSourceText\\(\\), function DoLineLine");
+}
+
 } // namespace
