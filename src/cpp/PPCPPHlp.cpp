@@ -594,37 +594,35 @@ int PP_CPPHelper::DefineObjectMacro(PP_MacroBody* body) {
 
 void PP_CPPHelper::DefineFunctionMacro(PP_MacroBody* body) {
     bool const hadOld = body->fMacroText != nullptr;
-    char* newFormals = nullptr;
-    char* newMacroText = nullptr;
+    PP_CPermText newFormals(fMemory);
+    PP_CPermText newMacroText(fMemory);
     short count = 0;
-    int code = ReadMacroFormals(&newFormals, &count);
+    int code = ReadMacroFormals(newFormals.Receive(), &count);
     if (code == kPPErr_None) {
         SkipCommentsToEOL();
         if (AtLineEnd())
-            newMacroText = fMemory->SaveStringPerm("");
+            *newMacroText.Receive() = fMemory->SaveStringPerm("");
         else
-            code = ReadMacroText(newFormals, &newMacroText);
+            code = ReadMacroText(newFormals.Get(), newMacroText.Receive());
     }
     if (code == kPPErr_None) {
-        VELOR_ASSERT_TEXT("newMacroText != 0", newMacroText != nullptr);
-        VELOR_ASSERT_TEXT("newFormals != 0", newFormals != nullptr);
+        VELOR_ASSERT_TEXT("newMacroText != 0", newMacroText.Get() != nullptr);
+        VELOR_ASSERT_TEXT("newFormals != 0", newFormals.Get() != nullptr);
         if (hadOld) {
             VELOR_ASSERT_TEXT("oldMacroText != 0 && oldFormals != 0",
                               body->fMacroText != nullptr && body->fFormals != nullptr);
             // Renaming a parameter makes a different definition.
-            if (std::strcmp(body->fFormals, newFormals) != 0 || std::strcmp(body->fMacroText, newMacroText) != 0)
+            if (std::strcmp(body->fFormals, newFormals.Get()) != 0 ||
+                std::strcmp(body->fMacroText, newMacroText.Get()) != 0)
                 code = kPPErr_Redefinition;
         }
     }
     if (!hadOld && code == kPPErr_None) {
-        body->fFormals = newFormals;
-        body->fMacroText = newMacroText;
+        body->fFormals = newFormals.Release();
+        body->fMacroText = newMacroText.Release();
         body->fParamCount = count;
-    } else {
-        if (code != kPPErr_None)
-            fPP->Error(code, 1, body->fName);
-        fMemory->FreePerm(newFormals);
-        fMemory->FreePerm(newMacroText);
+    } else if (code != kPPErr_None) {
+        fPP->Error(code, 1, body->fName);
     }
     SkipTokensAndEOL();
 }

@@ -5,6 +5,7 @@
 #define PPMEMMGR_H
 
 #include <cstddef>
+#include <utility>
 
 class PP_CInput;
 
@@ -87,6 +88,25 @@ public:
 
 private:
     PP_CMemoryManager* fMemory;
+};
+
+// Owns one permanent block until it is handed on. A run that unwinds past the owner (a fatal
+// message, a failed allocation) still gives the block back, so the manager's counts stay whole.
+class PP_CPermText {
+public:
+    explicit PP_CPermText(PP_CMemoryManager* memory) : fMemory(memory) {}
+    PP_CPermText(PP_CPermText const&) = delete;
+    PP_CPermText& operator=(PP_CPermText const&) = delete;
+    ~PP_CPermText() { fMemory->FreePerm(fText); }
+
+    // Where a reader stores the block it has made.
+    char** Receive() { return &fText; }
+    char const* Get() const { return fText; }
+    char* Release() { return std::exchange(fText, nullptr); }
+
+private:
+    PP_CMemoryManager* fMemory;
+    char* fText = nullptr;
 };
 
 struct PP_AllocPerm {};

@@ -159,6 +159,43 @@ TEST_F(PPCPPHlp, ABodyCopyingItsArgumentThousandsOfTimesIsStopped) {
     EXPECT_EQ(messages(), (std::vector<PPMessage>{{kPPErr_ExpressionTooComplex, ""}}));
 }
 
+// Gives out permanent blocks, once told so only a given number more, as a nearly full heap would.
+class RefusingMemory : public PP_CMemoryManager_Basic {
+public:
+    void AllowOnly(int count) { fLeft = count; }
+    void* AllocPerm(unsigned long size) override {
+        if (fLeft-- == 0)
+            throw std::bad_alloc();
+        return PP_CMemoryManager_Basic::AllocPerm(size);
+    }
+
+private:
+    int fLeft = -1;
+};
+
+// A redefinition takes blocks only for its own parameters and text. Whichever of those fails,
+// the unwinding gives back what was taken and leaves the old definition as it was.
+TEST(PPCPPHlpUnwinding, ARedefinitionCutShortGivesItsBlocksBack) {
+    std::string const definition = "#define F(a, b) a + b + a\\\n + b\n";
+    for (int allowed = 0; allowed < 2; ++allowed) {
+        RefusingMemory memory;
+        {
+            PP_CMacroTable_Basic table(&memory);
+            PPTestPreprocessor pp(&memory, &table);
+            int error;
+            pp.PushFile(definition);
+            EXPECT_EQ(pp.GetNextToken(&error), kPPScan_EOF);
+            unsigned long const taken = memory.GetAllocPermCount();
+            memory.AllowOnly(allowed);
+            pp.PushFile(definition);
+            EXPECT_THROW(pp.GetNextToken(&error), std::bad_alloc) << allowed;
+            EXPECT_EQ(memory.GetAllocPermCount(), taken) << allowed;
+            memory.AllowOnly(-1);
+        }
+        EXPECT_EQ(memory.GetAllocPermCount(), 0u);
+    }
+}
+
 using PPCPPHlpDeathTest = PPPreprocessorTest;
 
 // Bodies that the definition lets through but that cannot be substituted stop the expansion.
