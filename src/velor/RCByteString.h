@@ -1,6 +1,8 @@
 // The string value of the resource language, a plain value released by an explicit Destroy.
 #pragma once
 
+#include <utility>
+
 // A string value of the resource language: bytes, their count and the token number that says
 // how they were written. It is a plain value that owns nothing by itself: whoever holds the last
 // copy calls Destroy. Storage always keeps two zero bytes of room behind the text once the
@@ -29,4 +31,22 @@ struct RCByteString {
     void Destroy();
 
     char* Bytes() const { return static_cast<char*>(fData); }
+};
+
+// Holds a local string and destroys it when the scope ends, on every way out: when messages
+// throw, a fatal one unwinds through the parser. Release hands the string on instead.
+class RCByteStringOwner {
+public:
+    RCByteStringOwner() = default;
+    explicit RCByteStringOwner(RCByteString string) : fString(string) {}
+    RCByteStringOwner(RCByteStringOwner const&) = delete;
+    RCByteStringOwner& operator=(RCByteStringOwner const&) = delete;
+    ~RCByteStringOwner() { fString.Destroy(); }
+
+    RCByteString& Get() { return fString; }
+    RCByteString const& Get() const { return fString; }
+    RCByteString Release() { return std::exchange(fString, RCByteString{}); }
+
+private:
+    RCByteString fString;
 };

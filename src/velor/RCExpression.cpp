@@ -293,13 +293,13 @@ bool RCExpression::ParseStringValue(RCScanner* scanner, RCByteString& string, RC
     }
     RCNestingGuard depth(gExpressionNesting);
     if (!depth.Deeper(scanner)) return false;
-    RCByteString merged = MergeStrings(scanner);
-    if (merged.fData == nullptr) return false;
+    RCByteStringOwner merged(MergeStrings(scanner));
+    if (merged.Get().fData == nullptr) return false;
     if (getOperatorPriority(scanner->TokenType()) <= kNoMinPriority) {
-        string = merged;
+        string = merged.Release();
         return true;
     }
-    tree = RCExpression_String::Adopting(merged);
+    tree = RCExpression_String::Adopting(merged.Release());
     tree = ParseOperators(scanner, tree, kNoMinPriority);
     return tree != nullptr;
 }
@@ -391,12 +391,12 @@ RCExpression* RCExpression::ParseString(RCScanner* scanner) {
 
 RCByteString RCExpression::MergeStrings(RCScanner* scanner) {
     // Adjacent literals make one string.
-    RCByteString work;
+    RCByteStringOwner work;
     do {
-        if (!scanner->MergeString(work)) break;
+        if (!scanner->MergeString(work.Get())) break;
         scanner->NextToken();
     } while (isStringToken(scanner->TokenType()));
-    return work;
+    return work.Release();
 }
 
 // function = $$-keyword "(" [ expression-list ] ")"

@@ -125,7 +125,7 @@ bool ParseResourceHead(RCScanner* scanner, RCResourceHead& head) {
         return false;
     }
     head.id = static_cast<short>(id ? RCStatement::EvalNumber(id, scanner) : literal.AsInteger());
-    return ParseResourceOptions(scanner, head.flags) && ParseResourceName(scanner, head.name) &&
+    return ParseResourceOptions(scanner, head.flags) && ParseResourceName(scanner, head.name.Get()) &&
            scanner->Scan(kPPScan_RParen, kMsg_ExpectedRParen);
 }
 
@@ -158,8 +158,8 @@ RCDefinition* ResourceDefinition(RCScanner* scanner, UniqueStruct* typeName) {
 bool CreateResourceFromFile(RCScanner* scanner, RCDefinition* definition, RCBindings& bindings) {
     RCPtr<RCExpression> fileName(RCStatement::ScanString(scanner));
     if (!fileName) return false;
-    RCByteString name = fileName->AsString();
-    PP_CInput* input = scanner->ReadFile(name.Bytes(), false);
+    RCByteStringOwner name(fileName->AsString());
+    PP_CInput* input = scanner->ReadFile(name.Get().Bytes(), false);
     scanner->Scan(kPPScan_Semicolon);
     bool created = false;
     if (input) {
@@ -167,9 +167,8 @@ bool CreateResourceFromFile(RCScanner* scanner, RCDefinition* definition, RCBind
         created = definition->CreateResource_File(&bindings, scanner, input);
         scanner->PopInput();
     } else {
-        scanner->Error(kPPErr_IncludeBadName, 1, name.Bytes());
+        scanner->Error(kPPErr_IncludeBadName, 1, name.Get().Bytes());
     }
-    name.Destroy();
     return created;
 }
 
@@ -178,7 +177,7 @@ bool CreateResourceFromFile(RCScanner* scanner, RCDefinition* definition, RCBind
 bool AddCompiledResource(RCScanner* scanner, RCResourceFile* resourceFile, RCDefinition* definition,
                          RCResourceHead const& head, RCBindings& bindings) {
     RCResource* resource = new RCResource(definition->GetResourceType(), head.id);
-    if (head.name.fLength != 0) resource->SetName(head.name);
+    if (head.name.Get().fLength != 0) resource->SetName(head.name.Get());
     resource->SetFlags(head.flags);
     resource->AddContents(bindings.ResourceData(), bindings.ResourceSize());
     int anErr = resourceFile->AddResource(resource);
@@ -224,7 +223,6 @@ bool RCDefinition::DoResource(RCScanner* aScanner, RCResourceFile* resourceFile)
     aScanner->NextToken();
     RCResourceHead head;
     bool created = ParseResourceHead(aScanner, head) && CompileResource(aScanner, resourceFile, head);
-    head.name.Destroy();
     gCurrentLanguage = 0;
     return created;
 }

@@ -14,7 +14,7 @@ struct RCResourceHead {
     UniqueStruct* typeName = nullptr;
     short id = 0;
     unsigned long flags = 0;
-    RCByteString name;  // owned: destroyed by the caller
+    RCByteStringOwner name;
 };
 
 // Reads the head behind `resource`. False after an error was reported.

@@ -84,13 +84,11 @@ bool RCStatement_ByteString::CreateResource(RCBindings* bindings, RCScanner* sca
 bool RCStatement_ByteString::AddInputValue(RCBindings* bindings, RCScanner* scanner) {
     // An identifier always names one of the field's symbolic values, as in a number field.
     if (scanner->TokenType() == kPPScan_Ident) return AddSymbolicValue(bindings, scanner);
-    RCByteString literal;
+    RCByteStringOwner literal;
     RCPtr<RCExpression> value;
-    if (!RCExpression::ParseStringValue(scanner, literal, value)) return false;
+    if (!RCExpression::ParseStringValue(scanner, literal.Get(), value)) return false;
     if (value) return AddString(bindings, scanner, value);
-    bool added = AddString(bindings, scanner, literal);
-    literal.Destroy();
-    return added;
+    return AddString(bindings, scanner, literal.Get());
 }
 
 bool RCStatement_ByteString::AddSymbolicValue(RCBindings* bindings, RCScanner* scanner) {

@@ -1,5 +1,7 @@
 #include "RCTestCompilation.h"
 
+#include "RCBindings.h"
+
 namespace {
 
 TEST_F(Compilation, NumberFieldsPackBitsAndKeepAlignedBytesLowFirst) {
@@ -64,6 +66,21 @@ TEST_F(Compilation, ResourceHeadGivesIdCutTo16BitsOptionsAndName) {
     EXPECT_EQ("01", Bytes(4464));
     EXPECT_EQ("02", Bytes(-1));
     EXPECT_EQ("03", Bytes(5));
+}
+
+// A fatal message unwinds through the strings of the resource being compiled, its name and a
+// string value; each is given back on the way, which the leak check of the sanitizer run sees.
+TEST_F(Compilation, AFatalMessageUnwindsThroughTheStringsOfTheResource) {
+    bool const threw = Msgs::ThrowOnExit(true);
+    unsigned long const bound = RCBindings::fgMaxResourceBytes;
+    RCBindings::fgMaxResourceBytes = 8;
+    std::string const text = "type T('TEST') { cstring; };"
+                             "resource T (1, \"name of the resource\") { \"past the end of the bound\" };";
+    std::string const messages = Compile(text.c_str());
+    RCBindings::fgMaxResourceBytes = bound;
+    Msgs::ThrowOnExit(threw);
+    EXPECT_TRUE(fEnded);
+    EXPECT_NE(std::string::npos, messages.find("Out of memory."));
 }
 
 TEST_F(Compilation, ResourceHeadErrors) {

@@ -31,13 +31,17 @@ protected:
     ~Compilation() override { gOptions = fPreviousOptions; }
 
     // Runs every statement of the text through the tool's loop, without stopping on errors, and
-    // returns the messages shown.
+    // returns the messages shown. When messages throw, a fatal one ends the loop and sets fEnded.
     std::string Compile(char const* text) {
         uint32_t errorsBefore = Msgs::GetErrorCount();
         testing::internal::CaptureStderr();
         fScanner.PushInput(fScanner.ReadFile(text, "test.vd"));
-        fScanner.NextToken();
-        CompileTopLevel(&fScanner, &fMacros, &fResources, [] {});
+        try {
+            fScanner.NextToken();
+            CompileTopLevel(&fScanner, &fMacros, &fResources, [] {});
+        } catch (Msgs::Exception const&) {
+            fEnded = true;
+        }
         fErrors = Msgs::GetErrorCount() - errorsBefore;
         return testing::internal::GetCapturedStderr();
     }
@@ -73,4 +77,5 @@ protected:
     RCScanner fScanner;
     RCResourceFile fResources;
     uint32_t fErrors = 0;
+    bool fEnded = false;
 };
