@@ -9,8 +9,8 @@
 // Some assertion stops are the defined outcome of certain texts: a '#' before a non-parameter in
 // a macro body, a control byte in a macro body that reads as a parameter the macro lacks, an array
 // label where no type instance exists, $$ArrayIndex outside its array, a '/' that opens no comment
-// at the end of a continued line, a position asked for in macro text that outlived its file, and a
-// '#line' directive read from macro text.
+// at the end of a continued line, a position or __FILE__ asked for in macro text that outlived its
+// file, and a '#line' directive read from macro text.
 // This target supplies the assertion handler: those unwind back here, and any other stop still
 // aborts, which libFuzzer reports as a finding.
 #include <sys/stat.h>
@@ -48,6 +48,7 @@ constexpr StopSite kDefinedStops[] = {
     {"!isEOL(RawPeekChar())", nullptr},
     {"false", "NearestFileBelowTop"},
     {"InSourceText()", "DoLineLine"},
+    {"pp->GetFileInfo() != 0", "DoFILE"},
 };
 
 bool IsDefinedStop(char const* condition, char const* function) {

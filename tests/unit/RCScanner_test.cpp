@@ -238,6 +238,13 @@ TEST_F(RCScannerTest, FileNameMacroQuotesTheNameAndTurnsBackslashesIntoColons) {
     EXPECT_EQ("\"dir:t.vd\"", Text());
 }
 
+// A call still open at the end of the input is expanded after its file is gone: __FILE__ in its
+// body has no file to name, and stops on the assertion.
+TEST_F(RCScannerTest, FileNameMacroWithoutAFileBelowStops) {
+    EXPECT_DEATH(Open("#define F(x) __FILE__ x\nF(1"),
+                 "Assertion failed: pp->GetFileInfo\\(\\) != 0, function DoFILE");
+}
+
 TEST_F(RCScannerTest, LineDirectiveRenamesTheFileForTheMacroButNotForMessages) {
     Open("#line 7 \"x.vd\"\n__FILE__ __LINE__");
     EXPECT_EQ("\"x.vd\"", Text());
