@@ -143,16 +143,6 @@ TEST_F(RCBindingsTest, FillRepeatsItsValue) {
 // The bound on a resource's size, lowered for the test, with the run's end caught as an exception.
 class RCBindingsBoundTest : public RCBindingsTest {
 protected:
-    void SetUp() override {
-        fThrewOnExit = Msgs::ThrowOnExit(true);
-        fBound = RCBindings::fgMaxResourceBytes;
-        RCBindings::fgMaxResourceBytes = 4;
-    }
-    void TearDown() override {
-        RCBindings::fgMaxResourceBytes = fBound;
-        Msgs::ThrowOnExit(fThrewOnExit);
-    }
-
     // Runs `write` and returns what it printed when it ended the run, or "" when it returned.
     template <typename Write>
     std::string EndOfRun(Write write) {
@@ -166,8 +156,7 @@ protected:
     }
 
 private:
-    bool fThrewOnExit = false;
-    unsigned long fBound = 0;
+    RCLoweredBound fBound{4};
 };
 
 TEST_F(RCBindingsBoundTest, OutputUpToTheBoundIsLaid) {

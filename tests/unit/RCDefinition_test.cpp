@@ -1,6 +1,6 @@
 #include "RCTestCompilation.h"
 
-#include "RCBindings.h"
+#include "RCTestScanner.h"
 
 namespace {
 
@@ -71,14 +71,12 @@ TEST_F(Compilation, ResourceHeadGivesIdCutTo16BitsOptionsAndName) {
 // A fatal message unwinds through the strings of the resource being compiled, its name and a
 // string value; each is given back on the way, which the leak check of the sanitizer run sees.
 TEST_F(Compilation, AFatalMessageUnwindsThroughTheStringsOfTheResource) {
-    bool const threw = Msgs::ThrowOnExit(true);
-    unsigned long const bound = RCBindings::fgMaxResourceBytes;
-    RCBindings::fgMaxResourceBytes = 8;
-    std::string const text = "type T('TEST') { cstring; };"
-                             "resource T (1, \"name of the resource\") { \"past the end of the bound\" };";
-    std::string const messages = Compile(text.c_str());
-    RCBindings::fgMaxResourceBytes = bound;
-    Msgs::ThrowOnExit(threw);
+    std::string messages;
+    {
+        RCLoweredBound bound(8);
+        messages = Compile("type T('TEST') { cstring; };"
+                           "resource T (1, \"name of the resource\") { \"past the end of the bound\" };");
+    }
     EXPECT_TRUE(fEnded);
     EXPECT_NE(std::string::npos, messages.find("Out of memory."));
 }

@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
+#include "Msgs.h"
 #include "RCBindDefinition.h"
 #include "PPMacTbl.h"
 #include "PPMemMgr.h"
@@ -81,6 +83,23 @@ public:
 
 private:
     bool fTaken = false;
+};
+
+// Lowers the bound on a resource's size and has a fatal message throw, while it lives.
+class RCLoweredBound {
+public:
+    explicit RCLoweredBound(unsigned long bytes)
+        : fThrewOnExit(Msgs::ThrowOnExit(true)), fBound(std::exchange(RCBindings::fgMaxResourceBytes, bytes)) {}
+    RCLoweredBound(RCLoweredBound const&) = delete;
+    RCLoweredBound& operator=(RCLoweredBound const&) = delete;
+    ~RCLoweredBound() {
+        RCBindings::fgMaxResourceBytes = fBound;
+        Msgs::ThrowOnExit(fThrewOnExit);
+    }
+
+private:
+    bool fThrewOnExit;
+    unsigned long fBound;
 };
 
 // Occurrences of a piece of text in another.
